@@ -103,6 +103,9 @@ TPXCC_API const TpxLibraryVersion* tpxccGetLibVersion(void);
 /* ---- Bayer demosaicing ----------------------------------------------------- */
 /* end of Bayer demosaicing */
 
+/* ---- High-quality demosaicing (VNG, AHD) ----------------------------------- */
+/* end of high-quality demosaicing */
+
 #ifdef __cplusplus
 }
 #endif
