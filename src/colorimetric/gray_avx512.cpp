@@ -1,0 +1,95 @@
+// AVX-512 (F, BW, VL, DQ) row functions of the gray conversions (bodies in
+// gray_simd.hpp).
+// GCC's AVX-512 intrinsics pass an undefined vector as the unused merge source
+// of their unmasked forms, which -Wmaybe-uninitialized reports after inlining.
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#include "colorimetric/gray_simd.hpp"
+
+#include <immintrin.h>
+
+namespace tpx::gray {
+namespace {
+
+struct Avx512 {
+    using I = __m512i;
+    using F = __m512;
+    static constexpr int kF = 16;
+
+    static I loadu(const void* p) { return _mm512_loadu_si512(p); }
+    static void storeu(void* p, I v) { _mm512_storeu_si512(p, v); }
+    static F loadf(const float* p) { return _mm512_loadu_ps(p); }
+    static void storef(float* p, F v) { _mm512_storeu_ps(p, v); }
+    static I loadIdx(const int32_t* p) { return loadu(p); }
+    static I set1_32(uint32_t v) { return _mm512_set1_epi32(int(v)); }
+    static F set1f(float v) { return _mm512_set1_ps(v); }
+
+    static I and_(I a, I b) { return _mm512_and_si512(a, b); }
+    static I xor_(I a, I b) { return _mm512_xor_si512(a, b); }
+    static I andOr(I x, I m, I o) { return _mm512_ternarylogic_epi32(x, m, o, 0xEA); }  // (x & m) | o
+    static I slli16_8(I x) { return _mm512_slli_epi16(x, 8); }
+    static I slli32_16(I x) { return _mm512_slli_epi32(x, 16); }
+    static I srai32_23(I x) { return _mm512_srai_epi32(x, 23); }
+    static I mulhi_u16(I a, I b) { return _mm512_mulhi_epu16(a, b); }
+    static I adds_u16(I a, I b) { return _mm512_adds_epu16(a, b); }
+    static I packs32(I a, I b) { return _mm512_packs_epi32(a, b); }
+    static I packus16(I a, I b) { return _mm512_packus_epi16(a, b); }
+    static I packus32(I a, I b) { return _mm512_packus_epi32(a, b); }
+    static I shuffle8(I x, I m) { return _mm512_shuffle_epi8(x, m); }
+    // Lane k holds 32-bit groups [r0.k, r1.k, r2.k, r3.k]: transpose 4 x 4.
+    static I fixPack8(I x) {
+        return _mm512_permutexvar_epi32(_mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15), x);
+    }
+    static I fixPack64(I x) { return _mm512_permutexvar_epi64(_mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7), x); }
+
+    // 16 C3 pixels (48 bytes, read with a masked load): lane k gets bytes
+    // 12k..12k+15, so each lane starts with its 4 pixels.
+    static I lanesC3(const uint8_t* p) {
+        const I v = _mm512_maskz_loadu_epi32(0x0FFF, p);
+        return _mm512_permutexvar_epi32(_mm512_setr_epi32(0, 1, 2, 3, 3, 4, 5, 6, 6, 7, 8, 9, 9, 10, 11, 11), v);
+    }
+    static I lanesC3Shuffle(const int8_t* m) {
+        return _mm512_broadcast_i32x4(_mm_loadu_si128(reinterpret_cast<const __m128i*>(m)));
+    }
+
+    static I widen16(const void* p, bool flipSign) {
+        __m256i v = _mm256_loadu_si256(static_cast<const __m256i*>(p));
+        if (flipSign) v = _mm256_xor_si256(v, _mm256_set1_epi16(int16_t(0x8000)));
+        return _mm512_cvtepu16_epi32(v);
+    }
+    static F cvt_f(I x) { return _mm512_cvtepi32_ps(x); }
+    static I cvt_i(F x) { return _mm512_cvtps_epi32(x); }
+    static F mul(F a, F b) { return _mm512_mul_ps(a, b); }
+    static F add(F a, F b) { return _mm512_add_ps(a, b); }
+    template <unsigned M> static F blend(F a, F b) { return _mm512_mask_blend_ps(__mmask16(M), a, b); }
+    static F permf(F x, I idx) { return _mm512_permutexvar_ps(idx, x); }
+    static F unpacklo(F a, F b) { return _mm512_unpacklo_ps(a, b); }
+    static F unpackhi(F a, F b) { return _mm512_unpackhi_ps(a, b); }
+    // Lanes of output vector J of a C1C3 expansion: chunks (4J + l) / 3.
+    template <int J> static I c3Chunks(I g) {
+        if constexpr (J == 0) return _mm512_shuffle_i32x4(g, g, 0x40);       // 0 0 0 1
+        else if constexpr (J == 1) return _mm512_shuffle_i32x4(g, g, 0xA5);  // 1 1 2 2
+        else return _mm512_shuffle_i32x4(g, g, 0xFE);                        // 2 3 3 3
+    }
+    alignas(64) static constexpr Idx<16> kSpreadC4 = spreadC4<16>();
+    static I permute32(I x, I idx) { return _mm512_permutexvar_epi32(idx, x); }
+    template <int E> static I unpacklo(I a, I b) {
+        if constexpr (E == 1) return _mm512_unpacklo_epi8(a, b);
+        else if constexpr (E == 2) return _mm512_unpacklo_epi16(a, b);
+        else if constexpr (E == 4) return _mm512_unpacklo_epi32(a, b);
+        else return _mm512_unpacklo_epi64(a, b);
+    }
+    template <int E> static I unpackhi(I a, I b) {
+        if constexpr (E == 1) return _mm512_unpackhi_epi8(a, b);
+        else if constexpr (E == 2) return _mm512_unpackhi_epi16(a, b);
+        else if constexpr (E == 4) return _mm512_unpackhi_epi32(a, b);
+        else return _mm512_unpackhi_epi64(a, b);
+    }
+    template <int M> static F shuffle(F a, F b) { return _mm512_shuffle_ps(a, b, M); }
+};
+
+}  // namespace
+
+TPX_GRAY_COLOR_ROWS(Avx512, colorRowAvx512)
+TPX_GRAY_EXPAND_ROWS(Avx512, expandRowAvx512)
+
+}  // namespace tpx::gray
