@@ -30,6 +30,11 @@ struct Avx2 {
     static I packs32(I a, I b) { return _mm256_packs_epi32(a, b); }
     static I packus16(I a, I b) { return _mm256_packus_epi16(a, b); }
     static I packus32(I a, I b) { return _mm256_packus_epi32(a, b); }
+    static I broadcastLane(const int8_t* m) {
+        return _mm256_broadcastsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(m)));
+    }
+    // Each 128-bit lane shifted left by 2 bytes.
+    static I bslli2(I x) { return _mm256_bslli_epi128(x, 2); }
     static I shuffle8(I x, I m) { return _mm256_shuffle_epi8(x, m); }
     // Bytes of four 32-bit results per lane from two packs back to pixel order.
     static I fixPack8(I x) { return _mm256_permutevar8x32_epi32(x, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7)); }

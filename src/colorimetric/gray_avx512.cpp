@@ -34,6 +34,11 @@ struct Avx512 {
     static I packs32(I a, I b) { return _mm512_packs_epi32(a, b); }
     static I packus16(I a, I b) { return _mm512_packus_epi16(a, b); }
     static I packus32(I a, I b) { return _mm512_packus_epi32(a, b); }
+    static I broadcastLane(const int8_t* m) {
+        return _mm512_broadcast_i32x4(_mm_loadu_si128(reinterpret_cast<const __m128i*>(m)));
+    }
+    // Each 128-bit lane shifted left by 2 bytes.
+    static I bslli2(I x) { return _mm512_bslli_epi128(x, 2); }
     static I shuffle8(I x, I m) { return _mm512_shuffle_epi8(x, m); }
     // Lane k holds 32-bit groups [r0.k, r1.k, r2.k, r3.k]: transpose 4 x 4.
     static I fixPack8(I x) {

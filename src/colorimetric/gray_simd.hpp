@@ -23,11 +23,21 @@ namespace {
 template <int N>
 using Idx = std::array<int32_t, N>;
 
-// Runs block(x) over [0, n) in steps of `width`, the last block ending at n.
-template <class Block>
-inline int blocks(int n, int width, Block&& block) {
+// Runs block(x) over [0, n) in steps of `width` pixels, each block writing one
+// vector of `dst`. After a first block at 0 the blocks start where their stores
+// are aligned to the vector size; the last block ends at n.
+template <class V, class T, class Block>
+inline int blocks(const T* dst, int n, int width, Block&& block) {
     if (n < width) return 0;
     int x = 0;
+    const std::uintptr_t a = reinterpret_cast<std::uintptr_t>(dst);
+    if (a % sizeof(T) == 0) {
+        const int skew = int((0 - a) % (4 * V::kF) / sizeof(T));
+        if (skew) {
+            block(0);
+            x = skew;
+        }
+    }
     for (; x + width <= n; x += width) block(x);
     if (x < n) block(n - width);
     return n;
@@ -36,25 +46,32 @@ inline int blocks(int n, int width, Block&& block) {
 // ---- 8u --------------------------------------------------------------------
 // Pixels as 32-bit elements R | G << 8 | B << 16 | (ignored) << 24. The group
 // form per pixel: words [R << 8, B << 8] and [G << 8, 0x4000] multiplied (high
-// halves, unsigned) by [q0, q2] and [q1, 256] give [pR, pB] and [pG, 64]; two
-// saturating additions put pR + pG + pB + 64 (saturated at 65535) into the
-// high word, and an arithmetic shift by 23 yields that sum >> 7 as a signed
-// 16-bit value, clamped to 0..255 by the packs.
+// halves, unsigned) by [q0, q2] and [q1, 256] give [pR, pB] and [pG, 64]; a
+// saturating addition gives [pR + pG, pB + 64], and adding the low word to the
+// high one (shifting each lane left by 2 bytes) leaves pR + pG + pB + 64,
+// saturated at 65535, in the high word. An arithmetic shift by 23 yields that
+// sum >> 7 as a signed 16-bit value, clamped to 0..255 by the packs. Byte
+// shuffles and lane shifts stand in for bit shifts to spread the work over more
+// execution ports.
 template <class V>
 struct Gray8u {
-    typename V::I q02, q1, gMask, half;
+    typename V::I q02, q1, gMask, half, rb;
     explicit Gray8u(const uint16_t* q)
         : q02(V::set1_32(uint32_t(q[0]) | uint32_t(q[2]) << 16)),
           q1(V::set1_32(uint32_t(q[1]) | 256u << 16)),
           gMask(V::set1_32(0x0000FF00u)),
-          half(V::set1_32(0x40000000u)) {}
+          half(V::set1_32(0x40000000u)),
+          rb(V::broadcastLane(kRb.data())) {}
+    // Bytes [0, R, 0, B] of each pixel: words R << 8, B << 8.
+    alignas(16) static constexpr std::array<int8_t, 16> kRb = {-128, 0,  -128, 2,  -128, 4,  -128, 6,
+                                                               -128, 8, -128, 10, -128, 12, -128, 14};
 
     typename V::I pixels(typename V::I x) const {
         using I = typename V::I;
-        const I u = V::mulhi_u16(V::slli16_8(x), q02);
+        const I u = V::mulhi_u16(V::shuffle8(x, rb), q02);
         const I v = V::mulhi_u16(V::andOr(x, gMask, half), q1);
         const I s = V::adds_u16(u, v);
-        return V::srai32_23(V::adds_u16(s, V::slli32_16(s)));
+        return V::srai32_23(V::adds_u16(s, V::bslli2(s)));
     }
 
     // Four vectors of 32-bit results to bytes in pixel order.
@@ -69,7 +86,7 @@ int colorRow8u(const uint8_t* src, uint8_t* dst, int n, const uint16_t* q) {
     const Gray8u<V> g(q);
     constexpr int kPx = V::kF;  // pixels per vector
     if constexpr (Ch == 4) {
-        return blocks(n, 4 * kPx, [&](int x) {
+        return blocks<V>(dst, n, 4 * kPx, [&](int x) {
             const uint8_t* s = src + std::ptrdiff_t(x) * 4;
             I r[4];
             for (int k = 0; k < 4; ++k) r[k] = g.pixels(V::loadu(s + k * 4 * kPx));
@@ -83,7 +100,7 @@ int colorRow8u(const uint8_t* src, uint8_t* dst, int n, const uint16_t* q) {
             return m;
         }();
         const I shuffle = V::lanesC3Shuffle(spread.data());
-        return blocks(n, 4 * kPx, [&](int x) {
+        return blocks<V>(dst, n, 4 * kPx, [&](int x) {
             const uint8_t* s = src + std::ptrdiff_t(x) * 3;
             I r[4];
             for (int k = 0; k < 4; ++k) r[k] = g.pixels(V::shuffle8(V::lanesC3(s + k * 3 * kPx), shuffle));
@@ -176,10 +193,10 @@ int colorRowFloat(const T* src, T* dst, int n, const float* w) {
     const FloatPixels<V, T, Ch> px(w);
     constexpr int kF = V::kF;
     if constexpr (std::is_same_v<T, float>) {
-        return blocks(n, kF, [&](int x) { V::storef(dst + x, px.gray(src + std::ptrdiff_t(x) * Ch)); });
+        return blocks<V>(dst, n, kF, [&](int x) { V::storef(dst + x, px.gray(src + std::ptrdiff_t(x) * Ch)); });
     } else {
         const I low16 = V::set1_32(0xFFFFu), sign = V::set1_32(0x80008000u);
-        return blocks(n, 2 * kF, [&](int x) {
+        return blocks<V>(dst, n, 2 * kF, [&](int x) {
             const T* s = src + std::ptrdiff_t(x) * Ch;
             I a = V::cvt_i(px.gray(s)), b = V::cvt_i(px.gray(s + kF * Ch));
             I out;
@@ -220,7 +237,7 @@ int expandRow(const T* src, T* dst, int n, T alpha) {
         const I m0 = V::loadu(C3Spread<V, E>::kMasks.data());
         const I m1 = V::loadu(C3Spread<V, E>::kMasks.data() + kB);
         const I m2 = V::loadu(C3Spread<V, E>::kMasks.data() + 2 * kB);
-        return blocks(n, kPx, [&](int x) {
+        return blocks<V>(dst, n, kPx, [&](int x) {
             const I g = V::loadu(src + x);
             T* d = dst + std::ptrdiff_t(x) * 3;
             V::storeu(d, V::shuffle8(V::template c3Chunks<0>(g), m0));
@@ -234,7 +251,7 @@ int expandRow(const T* src, T* dst, int n, T alpha) {
         for (int k = 0; k < 4 / E; ++k) std::memcpy(reinterpret_cast<uint8_t*>(&a32) + k * E, &alpha, size_t(E));
         const I a = V::set1_32(a32);
         const I spread = V::loadIdx(V::kSpreadC4.data());
-        return blocks(n, kPx, [&](int x) {
+        return blocks<V>(dst, n, kPx, [&](int x) {
             const I g = V::permute32(V::loadu(src + x), spread);
             const I gg0 = V::template unpacklo<E>(g, g), gg1 = V::template unpackhi<E>(g, g);
             const I ga0 = V::template unpacklo<E>(g, a), ga1 = V::template unpackhi<E>(g, a);
