@@ -162,28 +162,40 @@ std::vector<uint8_t> row8u(uint8_t r, uint8_t g, uint8_t b, int width, const flo
     return dst;
 }
 
+// `count` copies of v followed by `last`.
+std::vector<uint8_t> runOf(int count, uint8_t v, uint8_t last) {
+    std::vector<uint8_t> out(size_t(count), v);
+    out.push_back(last);
+    return out;
+}
+
 TEST(Gray, EightBitForms) {
     using V = std::vector<uint8_t>;
     // White is 255 in both forms with the fixed weights.
     EXPECT_EQ(row8u(255, 255, 255, 5, nullptr), V(5, 255));
-    // Pixels 0..3 take the group form, pixel 4 the exact form: (119, 248, 3)
-    // gives floor terms 4551 + 18634 + 43 + 64 = 23292 -> 181, exactly
-    // (5962522 + 16384) >> 15 = 182.
-    EXPECT_EQ(row8u(119, 248, 3, 5, nullptr), (V{181, 181, 181, 181, 182}));
+    // Whole groups take the group form, the rest of the row the exact form:
+    // (119, 248, 3) gives floor terms 4551 + 18634 + 43 + 64 = 23292 -> 181,
+    // exactly (5962522 + 16384) >> 15 = 182. Rows of 5 and 69 pixels (64 of
+    // them in wide blocks) end with one pixel in the exact form.
+    EXPECT_EQ(row8u(119, 248, 3, 5, nullptr), runOf(4, 181, 182));
+    EXPECT_EQ(row8u(119, 248, 3, 69, nullptr), runOf(68, 181, 182));
     EXPECT_EQ(row8u(119, 248, 3, 3, nullptr), V(3, 182));
     // Weights summing above 1: q = 9830, 19661, 3604. White sums to 33028 in
     // the group form, negative as a 16-bit value: 0; exactly 8455609 >> 15 =
     // 258, whose low 8 bits are 2.
     const float heavy[3] = {0.3f, 0.6f, 0.11f};
-    EXPECT_EQ(row8u(255, 255, 255, 6, heavy), (V{0, 0, 0, 0, 2, 2}));
+    EXPECT_EQ(row8u(255, 255, 255, 69, heavy), runOf(68, 0, 2));
     // Terms that saturate the 16-bit sum at 65535 also give 0.
-    const float double_[3] = {1.0f, 1.0f, 0.5f};
-    EXPECT_EQ(row8u(255, 255, 255, 9, double_), (V{0, 0, 0, 0, 0, 0, 0, 0, 126}));
-    // AC4 groups are 8 pixels: a row of 9 has one pixel in the exact form.
-    std::vector<uint8_t> src, dst(9);
-    for (int x = 0; x < 9; ++x) src.insert(src.end(), {119, 248, 3, 0});
-    ASSERT_EQ(tpxiRGBToGray_8u_AC4C1R(src.data(), 36, dst.data(), 9, {9, 1}), tpxStatusOk);
-    EXPECT_EQ(dst, (V{181, 181, 181, 181, 181, 181, 181, 181, 182}));
+    const float twice[3] = {1.0f, 1.0f, 0.5f};
+    EXPECT_EQ(row8u(255, 255, 255, 9, twice), runOf(8, 0, 126));
+    EXPECT_EQ(row8u(255, 255, 255, 133, twice), runOf(132, 0, 126));
+    // AC4 groups are 8 pixels: rows of 9 and 137 have one pixel in the exact form.
+    for (int width : {9, 137}) {
+        std::vector<uint8_t> src, dst(static_cast<size_t>(width), 0);
+        for (int x = 0; x < width; ++x) src.insert(src.end(), {119, 248, 3, 0});
+        ASSERT_EQ(tpxiRGBToGray_8u_AC4C1R(src.data(), 4 * width, dst.data(), width, {width, 1}), tpxStatusOk);
+        EXPECT_EQ(dst, runOf(width - 1, 181, 182));
+    }
 }
 
 TEST(Gray, SixteenBitExtremes) {
