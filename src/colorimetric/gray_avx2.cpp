@@ -21,23 +21,22 @@ struct Avx2 {
 
     static I and_(I a, I b) { return _mm256_and_si256(a, b); }
     static I xor_(I a, I b) { return _mm256_xor_si256(a, b); }
-    static I andOr(I x, I m, I o) { return _mm256_or_si256(_mm256_and_si256(x, m), o); }
     static I slli16_8(I x) { return _mm256_slli_epi16(x, 8); }
-    static I slli32_16(I x) { return _mm256_slli_epi32(x, 16); }
-    static I srai32_23(I x) { return _mm256_srai_epi32(x, 23); }
+    static I srai16_7(I x) { return _mm256_srai_epi16(x, 7); }
     static I mulhi_u16(I a, I b) { return _mm256_mulhi_epu16(a, b); }
     static I adds_u16(I a, I b) { return _mm256_adds_epu16(a, b); }
-    static I packs32(I a, I b) { return _mm256_packs_epi32(a, b); }
     static I packus16(I a, I b) { return _mm256_packus_epi16(a, b); }
     static I packus32(I a, I b) { return _mm256_packus_epi32(a, b); }
-    static I broadcastLane(const int8_t* m) {
-        return _mm256_broadcastsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(m)));
-    }
-    // Each 128-bit lane shifted left by 2 bytes.
-    static I bslli2(I x) { return _mm256_bslli_epi128(x, 2); }
     static I shuffle8(I x, I m) { return _mm256_shuffle_epi8(x, m); }
-    // Bytes of four 32-bit results per lane from two packs back to pixel order.
-    static I fixPack8(I x) { return _mm256_permutevar8x32_epi32(x, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7)); }
+    // Low words and high words of the 32-bit elements of a and b, each as one
+    // vector holding a's lane 0, b's lane 0, a's lane 1, b's lane 1 (4 words each).
+    static void evenOdd(I a, I b, I& even, I& odd) {
+        const I low = _mm256_set1_epi32(0xFFFF);
+        even = _mm256_packus_epi32(_mm256_and_si256(a, low), _mm256_and_si256(b, low));
+        odd = _mm256_packus_epi32(_mm256_srli_epi32(a, 16), _mm256_srli_epi32(b, 16));
+    }
+    // Bytes of two evenOdd orders packed together back to pixel order.
+    static I fixPackWords(I x) { return _mm256_permutevar8x32_epi32(x, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7)); }
     // 64-bit halves of a two-source pack back to source order.
     static I fixPack64(I x) { return _mm256_permute4x64_epi64(x, 0xD8); }
 

@@ -25,25 +25,23 @@ struct Avx512 {
 
     static I and_(I a, I b) { return _mm512_and_si512(a, b); }
     static I xor_(I a, I b) { return _mm512_xor_si512(a, b); }
-    static I andOr(I x, I m, I o) { return _mm512_ternarylogic_epi32(x, m, o, 0xEA); }  // (x & m) | o
     static I slli16_8(I x) { return _mm512_slli_epi16(x, 8); }
-    static I slli32_16(I x) { return _mm512_slli_epi32(x, 16); }
-    static I srai32_23(I x) { return _mm512_srai_epi32(x, 23); }
+    static I srai16_7(I x) { return _mm512_srai_epi16(x, 7); }
     static I mulhi_u16(I a, I b) { return _mm512_mulhi_epu16(a, b); }
     static I adds_u16(I a, I b) { return _mm512_adds_epu16(a, b); }
-    static I packs32(I a, I b) { return _mm512_packs_epi32(a, b); }
     static I packus16(I a, I b) { return _mm512_packus_epi16(a, b); }
     static I packus32(I a, I b) { return _mm512_packus_epi32(a, b); }
-    static I broadcastLane(const int8_t* m) {
-        return _mm512_broadcast_i32x4(_mm_loadu_si128(reinterpret_cast<const __m128i*>(m)));
-    }
-    // Each 128-bit lane shifted left by 2 bytes.
-    static I bslli2(I x) { return _mm512_bslli_epi128(x, 2); }
     static I shuffle8(I x, I m) { return _mm512_shuffle_epi8(x, m); }
-    // Lane k holds 32-bit groups [r0.k, r1.k, r2.k, r3.k]: transpose 4 x 4.
-    static I fixPack8(I x) {
-        return _mm512_permutexvar_epi32(_mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15), x);
+    // Low words and high words of the 32-bit elements of a then b, in order.
+    static void evenOdd(I a, I b, I& even, I& odd) {
+        const I e = _mm512_setr_epi32(0x00020000, 0x00060004, 0x000A0008, 0x000E000C, 0x00120010, 0x00160014,
+                                      0x001A0018, 0x001E001C, 0x00220020, 0x00260024, 0x002A0028, 0x002E002C,
+                                      0x00320030, 0x00360034, 0x003A0038, 0x003E003C);
+        even = _mm512_permutex2var_epi16(a, e, b);
+        odd = _mm512_permutex2var_epi16(a, _mm512_add_epi16(e, _mm512_set1_epi16(1)), b);
     }
+    // Two vectors of words packed to bytes (lane k: 8 of each) back to pixel order.
+    static I fixPackWords(I x) { return fixPack64(x); }
     static I fixPack64(I x) { return _mm512_permutexvar_epi64(_mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7), x); }
 
     // 16 C3 pixels (48 bytes, read with a masked load): lane k gets bytes

@@ -52,40 +52,36 @@ inline void prefetchAhead(const void* p, int bytes) {
 }
 
 // ---- 8u --------------------------------------------------------------------
-// Pixels as 32-bit elements R | G << 8 | B << 16 | (ignored) << 24. The group
-// form per pixel: words [R << 8, B << 8] and [G << 8, 0x4000] multiplied (high
-// halves, unsigned) by [q0, q2] and [q1, 256] give [pR, pB] and [pG, 64]; a
-// saturating addition gives [pR + pG, pB + 64], and adding the low word to the
-// high one (shifting each lane left by 2 bytes) leaves pR + pG + pB + 64,
-// saturated at 65535, in the high word. An arithmetic shift by 23 yields that
-// sum >> 7 as a signed 16-bit value, clamped to 0..255 by the packs. Byte
-// shuffles and lane shifts stand in for bit shifts to spread the work over more
-// execution ports.
+// Pixels as 32-bit elements R | G << 8 | B << 16 | (ignored) << 24. Two vectors
+// of them are split into their even words (R | G << 8) and odd words
+// (B | A << 8), one word per pixel; R << 8, G << 8 and B << 8 multiplied (high
+// halves, unsigned) by q0, q1, q2 give the floor(c * q / 256) terms, three
+// saturating additions give their sum + 64 (saturated at 65535), and an
+// arithmetic shift by 7 of each word leaves the gray value as a signed 16-bit
+// number, which the final pack clamps to 0..255 (a negative one to 0).
 template <class V>
 struct Gray8u {
-    typename V::I q02, q1, gMask, half, rb;
+    using I = typename V::I;
+    I q0, q1, q2, gMask, round;
     explicit Gray8u(const uint16_t* q)
-        : q02(V::set1_32(uint32_t(q[0]) | uint32_t(q[2]) << 16)),
-          q1(V::set1_32(uint32_t(q[1]) | 256u << 16)),
-          gMask(V::set1_32(0x0000FF00u)),
-          half(V::set1_32(0x40000000u)),
-          rb(V::broadcastLane(kRb.data())) {}
-    // Bytes [0, R, 0, B] of each pixel: words R << 8, B << 8.
-    alignas(16) static constexpr std::array<int8_t, 16> kRb = {-128, 0,  -128, 2,  -128, 4,  -128, 6,
-                                                               -128, 8, -128, 10, -128, 12, -128, 14};
+        : q0(V::set1_32(uint32_t(q[0]) * 0x10001u)),
+          q1(V::set1_32(uint32_t(q[1]) * 0x10001u)),
+          q2(V::set1_32(uint32_t(q[2]) * 0x10001u)),
+          gMask(V::set1_32(0xFF00FF00u)),
+          round(V::set1_32(0x00400040u)) {}
 
-    typename V::I pixels(typename V::I x) const {
-        using I = typename V::I;
-        const I u = V::mulhi_u16(V::shuffle8(x, rb), q02);
-        const I v = V::mulhi_u16(V::andOr(x, gMask, half), q1);
-        const I s = V::adds_u16(u, v);
-        return V::srai32_23(V::adds_u16(s, V::bslli2(s)));
+    // 2 * kF pixels from two vectors, as 16-bit values in the order of V::evenOdd.
+    I pixels(I x1, I x2) const {
+        I rg, ba;
+        V::evenOdd(x1, x2, rg, ba);
+        const I r = V::mulhi_u16(V::slli16_8(rg), q0);
+        const I g = V::mulhi_u16(V::and_(rg, gMask), q1);
+        const I b = V::mulhi_u16(V::slli16_8(ba), q2);
+        return V::srai16_7(V::adds_u16(V::adds_u16(V::adds_u16(r, g), b), round));
     }
 
-    // Four vectors of 32-bit results to bytes in pixel order.
-    static typename V::I pack(typename V::I a, typename V::I b, typename V::I c, typename V::I d) {
-        return V::fixPack8(V::packus16(V::packs32(a, b), V::packs32(c, d)));
-    }
+    // Four vectors of pixels (two results of pixels()) to bytes in pixel order.
+    static I pack(I lo, I hi) { return V::fixPackWords(V::packus16(lo, hi)); }
 };
 
 template <class V, int Ch>
@@ -97,9 +93,9 @@ int colorRow8u(const uint8_t* src, uint8_t* dst, int n, const uint16_t* q) {
         return blocks<V>(dst, n, 4 * kPx, [&](int x) {
             const uint8_t* s = src + std::ptrdiff_t(x) * 4;
             prefetchAhead(s, 16 * kPx);
-            I r[4];
-            for (int k = 0; k < 4; ++k) r[k] = g.pixels(V::loadu(s + k * 4 * kPx));
-            V::storeu(dst + x, Gray8u<V>::pack(r[0], r[1], r[2], r[3]));
+            const I lo = g.pixels(V::loadu(s), V::loadu(s + 4 * kPx));
+            const I hi = g.pixels(V::loadu(s + 8 * kPx), V::loadu(s + 12 * kPx));
+            V::storeu(dst + x, Gray8u<V>::pack(lo, hi));
         });
     } else {
         // Each lane takes 4 pixels (12 bytes) and spreads them to 32-bit elements.
@@ -113,8 +109,8 @@ int colorRow8u(const uint8_t* src, uint8_t* dst, int n, const uint16_t* q) {
             const uint8_t* s = src + std::ptrdiff_t(x) * 3;
             prefetchAhead(s, 12 * kPx);
             I r[4];
-            for (int k = 0; k < 4; ++k) r[k] = g.pixels(V::shuffle8(V::lanesC3(s + k * 3 * kPx), shuffle));
-            V::storeu(dst + x, Gray8u<V>::pack(r[0], r[1], r[2], r[3]));
+            for (int k = 0; k < 4; ++k) r[k] = V::shuffle8(V::lanesC3(s + k * 3 * kPx), shuffle);
+            V::storeu(dst + x, Gray8u<V>::pack(g.pixels(r[0], r[1]), g.pixels(r[2], r[3])));
         });
     }
 }
