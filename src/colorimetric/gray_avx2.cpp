@@ -86,6 +86,29 @@ struct Avx2 {
         else if constexpr (E == 4) return _mm256_unpackhi_epi32(a, b);
         else return _mm256_unpackhi_epi64(a, b);
     }
+    using D = __m256d;
+    static D loadd(const double* p) { return _mm256_loadu_pd(p); }
+    static void stored(double* p, D v) { _mm256_storeu_pd(p, v); }
+    static D set1d(double v) { return _mm256_set1_pd(v); }
+    static D muld(D a, D b) { return _mm256_mul_pd(a, b); }
+    static D addd(D a, D b) { return _mm256_add_pd(a, b); }
+    template <unsigned M> static D blendd(D a, D b) { return _mm256_blend_pd(a, b, M); }
+    // Double indices as pairs of 32-bit indices.
+    static I idxD(const int32_t* o) {
+        return _mm256_setr_epi32(2 * o[0], 2 * o[0] + 1, 2 * o[1], 2 * o[1] + 1, 2 * o[2], 2 * o[2] + 1, 2 * o[3],
+                                 2 * o[3] + 1);
+    }
+    static D permd(D x, I idx) {
+        return _mm256_castps_pd(_mm256_permutevar8x32_ps(_mm256_castpd_ps(x), idx));
+    }
+    // Pixels 0..3, one per vector, to R, G and B vectors.
+    static void transposeAc4(D v0, D v1, D v2, D v3, D& r, D& g, D& b) {
+        const D rb01 = _mm256_unpacklo_pd(v0, v1), rb23 = _mm256_unpacklo_pd(v2, v3);
+        const D ga01 = _mm256_unpackhi_pd(v0, v1), ga23 = _mm256_unpackhi_pd(v2, v3);
+        r = _mm256_permute2f128_pd(rb01, rb23, 0x20);
+        b = _mm256_permute2f128_pd(rb01, rb23, 0x31);
+        g = _mm256_permute2f128_pd(ga01, ga23, 0x20);
+    }
     template <int M> static F shuffle(F a, F b) { return _mm256_shuffle_ps(a, b, M); }
 };
 

@@ -87,6 +87,25 @@ struct Avx512 {
         else if constexpr (E == 4) return _mm512_unpackhi_epi32(a, b);
         else return _mm512_unpackhi_epi64(a, b);
     }
+    using D = __m512d;
+    static D loadd(const double* p) { return _mm512_loadu_pd(p); }
+    static void stored(double* p, D v) { _mm512_storeu_pd(p, v); }
+    static D set1d(double v) { return _mm512_set1_pd(v); }
+    static D muld(D a, D b) { return _mm512_mul_pd(a, b); }
+    static D addd(D a, D b) { return _mm512_add_pd(a, b); }
+    template <unsigned M> static D blendd(D a, D b) { return _mm512_mask_blend_pd(__mmask8(M), a, b); }
+    static I idxD(const int32_t* o) { return _mm512_cvtepi32_epi64(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(o))); }
+    static D permd(D x, I idx) { return _mm512_permutexvar_pd(idx, x); }
+    // Pixels 0..7, two per vector, to R, G and B vectors: the unpacks leave
+    // lanes [c0 c2], [c0' c2'], [c1 c3], [c1' c3'] of pixel pairs.
+    static void transposeAc4(D v0, D v1, D v2, D v3, D& r, D& g, D& b) {
+        const I first = _mm512_setr_epi64(0, 4, 1, 5, 8, 12, 9, 13), second = _mm512_setr_epi64(2, 6, 3, 7, 10, 14, 11, 15);
+        const D rb01 = _mm512_unpacklo_pd(v0, v1), rb23 = _mm512_unpacklo_pd(v2, v3);
+        const D ga01 = _mm512_unpackhi_pd(v0, v1), ga23 = _mm512_unpackhi_pd(v2, v3);
+        r = _mm512_permutex2var_pd(rb01, first, rb23);
+        b = _mm512_permutex2var_pd(rb01, second, rb23);
+        g = _mm512_permutex2var_pd(ga01, first, ga23);
+    }
     template <int M> static F shuffle(F a, F b) { return _mm512_shuffle_ps(a, b, M); }
 };
 

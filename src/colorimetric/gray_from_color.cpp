@@ -55,9 +55,8 @@ constexpr std::ptrdiff_t elementStep(int step) {
 
 template <class T, int Ch>
 void colorToGray(const T* src, int srcStep, T* dst, int dstStep, TpxSize roi, const Weight<T>* w) {
-    ColorRow<T> row = &scalarRow<T, Ch>;
-    if constexpr (!std::is_same_v<T, double>)
-        row = pick(TierKernels<ColorRow<T>>{row, TPX_X86((&colorRowAvx2<T, Ch>)), TPX_X86((&colorRowAvx512<T, Ch>))});
+    const ColorRow<T> row = pick(TierKernels<ColorRow<T>>{&scalarRow<T, Ch>, TPX_X86((&colorRowAvx2<T, Ch>)),
+                                                          TPX_X86((&colorRowAvx512<T, Ch>))});
     const std::ptrdiff_t ss = elementStep<T>(srcStep), ds = elementStep<T>(dstStep);
     const int n = groupedWidth<T, Ch>(roi.width);
     for (int y = 0; y < roi.height; ++y) {

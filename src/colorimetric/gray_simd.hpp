@@ -222,6 +222,52 @@ int colorRowFloat(const T* src, T* dst, int n, const float* w) {
     }
 }
 
+// ---- 64f ---------------------------------------------------------------------
+// Vectors of kD = kF / 2 doubles. C3 as for floats (two blends and one
+// permutation per channel); AC4 by the traits' transpose, in pixel order.
+template <class V, int C>
+struct C3ChannelD {
+    static constexpr int kD = V::kF / 2;
+    static constexpr unsigned mask(int k) {
+        unsigned m = 0;
+        for (int i = 0; i < kD; ++i)
+            if ((i + kD * k) % 3 == C) m |= 1u << i;
+        return m;
+    }
+    static constexpr Idx<kD> order() {
+        Idx<kD> o{};
+        for (int p = 0; p < kD; ++p) o[size_t(p)] = (3 * p + C) % kD;
+        return o;
+    }
+    alignas(64) static constexpr Idx<kD> kOrder = order();
+    static typename V::D get(typename V::D v0, typename V::D v1, typename V::D v2, typename V::I idx) {
+        return V::permd(V::template blendd<mask(2)>(V::template blendd<mask(1)>(v0, v1), v2), idx);
+    }
+};
+
+template <class V, int Ch>
+int colorRow64f(const double* src, double* dst, int n, const double* w) {
+    using D = typename V::D;
+    constexpr int kD = V::kF / 2;
+    const D w0 = V::set1d(w[0]), w1 = V::set1d(w[1]), w2 = V::set1d(w[2]);
+    const typename V::I o0 = V::idxD(C3ChannelD<V, 0>::kOrder.data()), o1 = V::idxD(C3ChannelD<V, 1>::kOrder.data()),
+                        o2 = V::idxD(C3ChannelD<V, 2>::kOrder.data());
+    return blocks<V>(dst, n, kD, [&](int x) {
+        const double* p = src + std::ptrdiff_t(x) * Ch;
+        prefetchAhead(p, 8 * Ch * kD);
+        D r, g, b;
+        if constexpr (Ch == 3) {
+            const D v0 = V::loadd(p), v1 = V::loadd(p + kD), v2 = V::loadd(p + 2 * kD);
+            r = C3ChannelD<V, 0>::get(v0, v1, v2, o0);
+            g = C3ChannelD<V, 1>::get(v0, v1, v2, o1);
+            b = C3ChannelD<V, 2>::get(v0, v1, v2, o2);
+        } else {
+            V::transposeAc4(V::loadd(p), V::loadd(p + kD), V::loadd(p + 2 * kD), V::loadd(p + 3 * kD), r, g, b);
+        }
+        V::stored(dst + x, V::addd(V::addd(V::muld(w0, r), V::muld(w1, g)), V::muld(w2, b)));
+    });
+}
+
 // ---- Gray to colour -----------------------------------------------------------
 // C3: output lane m (16 bytes) holds pixels of the 16-byte source chunk m / 3;
 // each output vector gets its chunks by a lane permutation and one byte shuffle.
@@ -286,17 +332,19 @@ constexpr Idx<kF> spreadC4() {
 
 }  // namespace
 
-// A tier's row functions for 8u, 16u, 16s and 32f (64f rows are scalar).
+// A tier's colour-to-gray rows.
 #define TPX_GRAY_COLOR_ROWS(V, NAME)                                                  \
     template <class T, int Ch>                                                        \
     int NAME(const T* s, T* d, int n, const Weight<T>* w) {                           \
         if constexpr (std::is_same_v<T, uint8_t>) return colorRow8u<V, Ch>(s, d, n, w); \
+        else if constexpr (std::is_same_v<T, double>) return colorRow64f<V, Ch>(s, d, n, w); \
         else return colorRowFloat<V, T, Ch>(s, d, n, w);                              \
     }                                                                                 \
     TPX_GRAY_INSTANTIATE(NAME, uint8_t)                                               \
     TPX_GRAY_INSTANTIATE(NAME, uint16_t)                                              \
     TPX_GRAY_INSTANTIATE(NAME, int16_t)                                               \
-    TPX_GRAY_INSTANTIATE(NAME, float)
+    TPX_GRAY_INSTANTIATE(NAME, float)                                                 \
+    TPX_GRAY_INSTANTIATE(NAME, double)
 
 // A tier's gray-to-colour rows.
 #define TPX_GRAY_EXPAND_ROWS(V, NAME)                                          \
