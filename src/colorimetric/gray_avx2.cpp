@@ -64,7 +64,7 @@ struct Avx2 {
     static F mul(F a, F b) { return _mm256_mul_ps(a, b); }
     static F add(F a, F b) { return _mm256_add_ps(a, b); }
     template <unsigned M> static F blend(F a, F b) { return _mm256_blend_ps(a, b, M); }
-    static F permf(F x, I idx) { return _mm256_permutevar8x32_ps(x, idx); }
+    static F perm(F x, I idx) { return _mm256_permutevar8x32_ps(x, idx); }
     static F unpacklo(F a, F b) { return _mm256_unpacklo_ps(a, b); }
     static F unpackhi(F a, F b) { return _mm256_unpackhi_ps(a, b); }
     template <int J> static I c3Chunks(I g) {
@@ -92,13 +92,13 @@ struct Avx2 {
     static D set1d(double v) { return _mm256_set1_pd(v); }
     static D muld(D a, D b) { return _mm256_mul_pd(a, b); }
     static D addd(D a, D b) { return _mm256_add_pd(a, b); }
-    template <unsigned M> static D blendd(D a, D b) { return _mm256_blend_pd(a, b, M); }
+    template <unsigned M> static D blend(D a, D b) { return _mm256_blend_pd(a, b, M); }
     // Double indices as pairs of 32-bit indices.
     static I idxD(const int32_t* o) {
         return _mm256_setr_epi32(2 * o[0], 2 * o[0] + 1, 2 * o[1], 2 * o[1] + 1, 2 * o[2], 2 * o[2] + 1, 2 * o[3],
                                  2 * o[3] + 1);
     }
-    static D permd(D x, I idx) {
+    static D perm(D x, I idx) {
         return _mm256_castps_pd(_mm256_permutevar8x32_ps(_mm256_castpd_ps(x), idx));
     }
     // Pixels 0..3, one per vector, to R, G and B vectors.

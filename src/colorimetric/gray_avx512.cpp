@@ -64,7 +64,7 @@ struct Avx512 {
     static F mul(F a, F b) { return _mm512_mul_ps(a, b); }
     static F add(F a, F b) { return _mm512_add_ps(a, b); }
     template <unsigned M> static F blend(F a, F b) { return _mm512_mask_blend_ps(__mmask16(M), a, b); }
-    static F permf(F x, I idx) { return _mm512_permutexvar_ps(idx, x); }
+    static F perm(F x, I idx) { return _mm512_permutexvar_ps(idx, x); }
     static F unpacklo(F a, F b) { return _mm512_unpacklo_ps(a, b); }
     static F unpackhi(F a, F b) { return _mm512_unpackhi_ps(a, b); }
     // Lanes of output vector J of a C1C3 expansion: chunks (4J + l) / 3.
@@ -93,9 +93,9 @@ struct Avx512 {
     static D set1d(double v) { return _mm512_set1_pd(v); }
     static D muld(D a, D b) { return _mm512_mul_pd(a, b); }
     static D addd(D a, D b) { return _mm512_add_pd(a, b); }
-    template <unsigned M> static D blendd(D a, D b) { return _mm512_mask_blend_pd(__mmask8(M), a, b); }
+    template <unsigned M> static D blend(D a, D b) { return _mm512_mask_blend_pd(__mmask8(M), a, b); }
     static I idxD(const int32_t* o) { return _mm512_cvtepi32_epi64(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(o))); }
-    static D permd(D x, I idx) { return _mm512_permutexvar_pd(idx, x); }
+    static D perm(D x, I idx) { return _mm512_permutexvar_pd(idx, x); }
     // Pixels 0..7, two per vector, to R, G and B vectors: the unpacks leave
     // lanes [c0 c2], [c0' c2'], [c1 c3], [c1' c3'] of pixel pairs.
     static void transposeAc4(D v0, D v1, D v2, D v3, D& r, D& g, D& b) {

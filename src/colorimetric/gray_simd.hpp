@@ -125,25 +125,26 @@ inline typename V::F loadAsFloat(const T* p) {
     else return V::cvt_f(V::widen16(p, true));
 }
 
-// C3: element i of vector k holds channel (i + kF*k) % 3; two blends gather a
-// channel's elements and one permutation puts pixel p at element p.
-template <class V, int C>
+// C3 with N elements per vector (floats or doubles): element i of vector k
+// holds channel (i + N*k) % 3; two blends gather a channel's elements and one
+// permutation puts pixel p at element p.
+template <class V, int N, int C>
 struct C3Channel {
-    static constexpr int kF = V::kF;
     static constexpr unsigned mask(int k) {
         unsigned m = 0;
-        for (int i = 0; i < kF; ++i)
-            if ((i + kF * k) % 3 == C) m |= 1u << i;
+        for (int i = 0; i < N; ++i)
+            if ((i + N * k) % 3 == C) m |= 1u << i;
         return m;
     }
-    static constexpr Idx<kF> order() {
-        Idx<kF> o{};
-        for (int p = 0; p < kF; ++p) o[size_t(p)] = (3 * p + C) % kF;
+    static constexpr Idx<N> order() {
+        Idx<N> o{};
+        for (int p = 0; p < N; ++p) o[size_t(p)] = (3 * p + C) % N;
         return o;
     }
-    alignas(64) static constexpr Idx<kF> kOrder = order();
-    static typename V::F get(typename V::F v0, typename V::F v1, typename V::F v2, typename V::I idx) {
-        return V::permf(V::template blend<mask(2)>(V::template blend<mask(1)>(v0, v1), v2), idx);
+    alignas(64) static constexpr Idx<N> kOrder = order();
+    template <class Vec>
+    static Vec get(Vec v0, Vec v1, Vec v2, typename V::I idx) {
+        return V::perm(V::template blend<mask(2)>(V::template blend<mask(1)>(v0, v1), v2), idx);
     }
 };
 
@@ -165,9 +166,9 @@ struct FloatPixels {
     I o0, o1, o2, oAc4;
     F w0, w1, w2;
     explicit FloatPixels(const float* w)
-        : o0(V::loadIdx(C3Channel<V, 0>::kOrder.data())),
-          o1(V::loadIdx(C3Channel<V, 1>::kOrder.data())),
-          o2(V::loadIdx(C3Channel<V, 2>::kOrder.data())),
+        : o0(V::loadIdx(C3Channel<V, kF, 0>::kOrder.data())),
+          o1(V::loadIdx(C3Channel<V, kF, 1>::kOrder.data())),
+          o2(V::loadIdx(C3Channel<V, kF, 2>::kOrder.data())),
           oAc4(V::loadIdx(kAc4.data())),
           w0(V::set1f(w[0])), w1(V::set1f(w[1])), w2(V::set1f(w[2])) {}
     alignas(64) static constexpr Idx<kF> kAc4 = ac4Order<V>();
@@ -176,9 +177,9 @@ struct FloatPixels {
     F gray(const T* p) const {
         if constexpr (Ch == 3) {
             const F v0 = loadAsFloat<V>(p), v1 = loadAsFloat<V>(p + kF), v2 = loadAsFloat<V>(p + 2 * kF);
-            const F r = C3Channel<V, 0>::get(v0, v1, v2, o0);
-            const F g = C3Channel<V, 1>::get(v0, v1, v2, o1);
-            const F b = C3Channel<V, 2>::get(v0, v1, v2, o2);
+            const F r = C3Channel<V, kF, 0>::get(v0, v1, v2, o0);
+            const F g = C3Channel<V, kF, 1>::get(v0, v1, v2, o1);
+            const F b = C3Channel<V, kF, 2>::get(v0, v1, v2, o2);
             return V::add(V::add(V::mul(w0, r), V::mul(w1, g)), V::mul(w2, b));
         } else {
             const F v0 = loadAsFloat<V>(p), v1 = loadAsFloat<V>(p + kF);
@@ -188,7 +189,7 @@ struct FloatPixels {
             const F r = V::template shuffle<0x44>(rg01, rg23);
             const F g = V::template shuffle<0xEE>(rg01, rg23);
             const F b = V::template shuffle<0x44>(ba01, ba23);
-            return V::permf(V::add(V::add(V::mul(w0, r), V::mul(w1, g)), V::mul(w2, b)), oAc4);
+            return V::perm(V::add(V::add(V::mul(w0, r), V::mul(w1, g)), V::mul(w2, b)), oAc4);
         }
     }
 };
@@ -223,44 +224,24 @@ int colorRowFloat(const T* src, T* dst, int n, const float* w) {
 }
 
 // ---- 64f ---------------------------------------------------------------------
-// Vectors of kD = kF / 2 doubles. C3 as for floats (two blends and one
-// permutation per channel); AC4 by the traits' transpose, in pixel order.
-template <class V, int C>
-struct C3ChannelD {
-    static constexpr int kD = V::kF / 2;
-    static constexpr unsigned mask(int k) {
-        unsigned m = 0;
-        for (int i = 0; i < kD; ++i)
-            if ((i + kD * k) % 3 == C) m |= 1u << i;
-        return m;
-    }
-    static constexpr Idx<kD> order() {
-        Idx<kD> o{};
-        for (int p = 0; p < kD; ++p) o[size_t(p)] = (3 * p + C) % kD;
-        return o;
-    }
-    alignas(64) static constexpr Idx<kD> kOrder = order();
-    static typename V::D get(typename V::D v0, typename V::D v1, typename V::D v2, typename V::I idx) {
-        return V::permd(V::template blendd<mask(2)>(V::template blendd<mask(1)>(v0, v1), v2), idx);
-    }
-};
-
+// Vectors of kD = kF / 2 doubles. C3 as for floats; AC4 by the traits'
+// transpose, in pixel order.
 template <class V, int Ch>
 int colorRow64f(const double* src, double* dst, int n, const double* w) {
     using D = typename V::D;
     constexpr int kD = V::kF / 2;
     const D w0 = V::set1d(w[0]), w1 = V::set1d(w[1]), w2 = V::set1d(w[2]);
-    const typename V::I o0 = V::idxD(C3ChannelD<V, 0>::kOrder.data()), o1 = V::idxD(C3ChannelD<V, 1>::kOrder.data()),
-                        o2 = V::idxD(C3ChannelD<V, 2>::kOrder.data());
+    const typename V::I o0 = V::idxD(C3Channel<V, kD, 0>::kOrder.data()), o1 = V::idxD(C3Channel<V, kD, 1>::kOrder.data()),
+                        o2 = V::idxD(C3Channel<V, kD, 2>::kOrder.data());
     return blocks<V>(dst, n, kD, [&](int x) {
         const double* p = src + std::ptrdiff_t(x) * Ch;
         prefetchAhead(p, 8 * Ch * kD);
         D r, g, b;
         if constexpr (Ch == 3) {
             const D v0 = V::loadd(p), v1 = V::loadd(p + kD), v2 = V::loadd(p + 2 * kD);
-            r = C3ChannelD<V, 0>::get(v0, v1, v2, o0);
-            g = C3ChannelD<V, 1>::get(v0, v1, v2, o1);
-            b = C3ChannelD<V, 2>::get(v0, v1, v2, o2);
+            r = C3Channel<V, kD, 0>::get(v0, v1, v2, o0);
+            g = C3Channel<V, kD, 1>::get(v0, v1, v2, o1);
+            b = C3Channel<V, kD, 2>::get(v0, v1, v2, o2);
         } else {
             V::transposeAc4(V::loadd(p), V::loadd(p + kD), V::loadd(p + 2 * kD), V::loadd(p + 3 * kD), r, g, b);
         }
