@@ -1,7 +1,8 @@
 // AVX-512 (F, BW, VL, DQ) row functions of the gray conversions (bodies in
 // gray_simd.hpp).
 // GCC's AVX-512 intrinsics pass an undefined vector as the unused merge source
-// of their unmasked forms, which -Wmaybe-uninitialized reports after inlining.
+// of their unmasked forms, which -W(maybe-)uninitialized reports after inlining.
+#pragma GCC diagnostic ignored "-Wuninitialized"
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
 #include "colorimetric/gray_simd.hpp"
 
