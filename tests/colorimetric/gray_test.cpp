@@ -48,13 +48,13 @@ F weightedSum(F c0, F c1, F c2, const F* w) {
     return (a + b) + c;
 }
 
-// Rounding to nearest, ties to even, to a 32-bit integer (no test value leaves
-// the 32-bit range).
+// Rounding to nearest, ties to even, to a 32-bit integer; values outside the
+// 32-bit range give INT32_MIN, as the processor's conversion does.
 int64_t roundEven(float v) {
     const double f = std::floor(double(v)), d = double(v) - f;
     int64_t r = int64_t(f);
     if (d > 0.5 || (d == 0.5 && (r & 1))) ++r;
-    return r;
+    return r < INT32_MIN || r > INT32_MAX ? INT32_MIN : r;
 }
 
 uint16_t model16u(const uint16_t* c, const float* w) {
@@ -132,9 +132,12 @@ std::vector<ToGray> toGrayMembers() {
 }
 
 // Every shape with the fixed weights (RGBToGray, and ColorToGray with a null
-// pointer except 64f), weights within 0..1, and weights outside that range.
+// pointer except 64f), weights within 0..1, and weights outside that range
+// (in 8u their fixed-point values wrap, in 16u and 16s the sums leave 0..65535
+// and, for large weights, the 32-bit range).
 TEST(Gray, ToGrayMatchesModel) {
     const float inRange[3] = {0.21f, 0.65f, 0.14f}, outside[3] = {-0.75f, 1.4f, 0.62f};
+    const float huge[3] = {3.0e4f, -2.0e4f, 1.0f};
     const double inRange64[3] = {0.2126, 0.7152, 0.0722}, outside64[3] = {-1.25, 2.5, 0.3};
     for (const ToGray& m : toGrayMembers()) {
         SCOPED_TRACE(m.name);
@@ -146,9 +149,8 @@ TEST(Gray, ToGrayMatchesModel) {
             }
             m.run(s, is64 ? static_cast<const void*>(inRange64) : inRange);
             if (!is64) m.run(s, nullptr);
-            // Outside 0..1 the 16u and 16s results leave 0..65535 and show the
-            // saturation and low-16-bit forms.
             m.run(s, is64 ? static_cast<const void*>(outside64) : outside);
+            if (!is64) m.run(s, huge);
         }
     }
 }
