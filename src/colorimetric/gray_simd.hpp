@@ -23,16 +23,17 @@ namespace {
 template <int N>
 using Idx = std::array<int32_t, N>;
 
-// Runs block(x) over [0, n) in steps of `width` pixels, each block writing one
-// vector of `dst`. After a first block at 0 the blocks start where their stores
-// are aligned to the vector size; the last block ends at n.
-template <class V, class T, class Block>
-inline int blocks(const T* dst, int n, int width, Block&& block) {
+// Runs block(x) over [0, n) in steps of `width` pixels. After a first block
+// at 0 the blocks start where `align` + x * `stride` bytes is aligned to the
+// vector size (`align` is the image whose accesses matter most, `stride` its
+// bytes per pixel, a power of two); the last block ends at n.
+template <class V, class Block>
+inline int blocks(const void* align, int stride, int n, int width, Block&& block) {
     if (n < width) return 0;
     int x = 0;
-    const std::uintptr_t a = reinterpret_cast<std::uintptr_t>(dst);
-    if (a % sizeof(T) == 0) {
-        const int skew = int((0 - a) % (4 * V::kF) / sizeof(T));
+    const std::uintptr_t a = reinterpret_cast<std::uintptr_t>(align);
+    if (a % std::uintptr_t(stride) == 0) {
+        const int skew = int((0 - a) % (4 * V::kF) / std::uintptr_t(stride));
         if (skew) {
             block(0);
             x = skew;
@@ -41,6 +42,11 @@ inline int blocks(const T* dst, int n, int width, Block&& block) {
     for (; x + width <= n; x += width) block(x);
     if (x < n) block(n - width);
     return n;
+}
+// The same with the stores of a one-channel destination aligned.
+template <class V, class T, class Block>
+inline int blocks(const T* dst, int n, int width, Block&& block) {
+    return blocks<V>(dst, int(sizeof(T)), n, width, block);
 }
 
 // Asks for the source lines `kAhead` bytes beyond a block of `bytes` bytes at p:
@@ -274,7 +280,7 @@ int expandRow(const T* src, T* dst, int n, T alpha) {
         const I m0 = V::loadu(C3Spread<V, E>::kMasks.data());
         const I m1 = V::loadu(C3Spread<V, E>::kMasks.data() + kB);
         const I m2 = V::loadu(C3Spread<V, E>::kMasks.data() + 2 * kB);
-        return blocks<V>(dst, n, kPx, [&](int x) {
+        return blocks<V>(src, n, kPx, [&](int x) {
             const I g = V::loadu(src + x);
             T* d = dst + std::ptrdiff_t(x) * 3;
             V::storeu(d, V::shuffle8(V::template c3Chunks<0>(g), m0));
@@ -288,7 +294,7 @@ int expandRow(const T* src, T* dst, int n, T alpha) {
         for (int k = 0; k < 4 / E; ++k) std::memcpy(reinterpret_cast<uint8_t*>(&a32) + k * E, &alpha, size_t(E));
         const I a = V::set1_32(a32);
         const I spread = V::loadIdx(V::kSpreadC4.data());
-        return blocks<V>(dst, n, kPx, [&](int x) {
+        return blocks<V>(dst, 4 * E, n, kPx, [&](int x) {
             const I g = V::permute32(V::loadu(src + x), spread);
             const I gg0 = V::template unpacklo<E>(g, g), gg1 = V::template unpackhi<E>(g, g);
             const I ga0 = V::template unpacklo<E>(g, a), ga1 = V::template unpackhi<E>(g, a);
