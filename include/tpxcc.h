@@ -98,6 +98,46 @@ TPXCC_API const TpxLibraryVersion* tpxccGetLibVersion(void);
 /* end of subsampled YCbCr to RGB */
 
 /* ---- Gray conversions ---------------------------------------------------- */
+/* Gray from colour: per pixel (w0*c0 + w1*c1) + w2*c2 over the channels R, G, B
+ * of a C3 or AC4 source (alpha never read). RGBToGray uses the weights 0.299,
+ * 0.587, 0.114; ColorToGray the caller's three weights (null selects the same
+ * fixed weights, except in the 64f members, which always read them).
+ * 8u: fixed point at scale 2^15 with q = trunc(w*32768 + 0.5); whole groups of
+ *   4 (C3) or 8 (AC4) pixels use sum(floor(c*q/256)) + 64 saturating at 65535,
+ *   then >> 7 as a signed 16-bit value clamped to 0..255 (a sum of 32768 or more
+ *   gives 0); the rest of the row (c0*q0 + c1*q1 + c2*q2 + 16384) >> 15, low 8 bits.
+ * 16u: single precision rounded to nearest even, low 16 bits.
+ * 16s: channels + 32768, single precision rounded to nearest even, minus 32768;
+ *   saturated in whole groups of 4 pixels, low 16 bits in the rest of the row.
+ * 32f single, 64f double precision, no clamping.
+ * Steps of 16-bit, 32f and 64f images are taken as whole element counts.
+ * Checks: null pointer -8, width or height < 1 -6; steps are not checked. */
+TPXCC_API TpxStatus tpxiRGBToGray_8u_C3C1R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToGray_8u_AC4C1R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToGray_16u_C3C1R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToGray_16u_AC4C1R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToGray_16s_C3C1R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToGray_16s_AC4C1R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToGray_32f_C3C1R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToGray_32f_AC4C1R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiColorToGray_8u_C3C1R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, const Tpx32f coeffs[3]);
+TPXCC_API TpxStatus tpxiColorToGray_8u_AC4C1R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, const Tpx32f coeffs[3]);
+TPXCC_API TpxStatus tpxiColorToGray_16u_C3C1R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize, const Tpx32f coeffs[3]);
+TPXCC_API TpxStatus tpxiColorToGray_16u_AC4C1R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize, const Tpx32f coeffs[3]);
+TPXCC_API TpxStatus tpxiColorToGray_16s_C3C1R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize, const Tpx32f coeffs[3]);
+TPXCC_API TpxStatus tpxiColorToGray_16s_AC4C1R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize, const Tpx32f coeffs[3]);
+TPXCC_API TpxStatus tpxiColorToGray_32f_C3C1R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize, const Tpx32f coeffs[3]);
+TPXCC_API TpxStatus tpxiColorToGray_32f_AC4C1R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize, const Tpx32f coeffs[3]);
+TPXCC_API TpxStatus tpxiColorToGray_64f_C3C1R(const Tpx64f* pSrc, int srcStep, Tpx64f* pDst, int dstStep, TpxSize roiSize, const Tpx64f coeffs[3]);
+TPXCC_API TpxStatus tpxiColorToGray_64f_AC4C1R(const Tpx64f* pSrc, int srcStep, Tpx64f* pDst, int dstStep, TpxSize roiSize, const Tpx64f coeffs[3]);
+/* Gray to colour: R = G = B = the gray value, bit for bit; C4 members write
+ * aval into the fourth channel. */
+TPXCC_API TpxStatus tpxiGrayToRGB_8u_C1C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGrayToRGB_16u_C1C3R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGrayToRGB_32f_C1C3R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGrayToRGB_8u_C1C4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, Tpx8u aval);
+TPXCC_API TpxStatus tpxiGrayToRGB_16u_C1C4R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize, Tpx16u aval);
+TPXCC_API TpxStatus tpxiGrayToRGB_32f_C1C4R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize, Tpx32f aval);
 /* end of gray conversions */
 
 /* ---- Bayer demosaicing ----------------------------------------------------- */
