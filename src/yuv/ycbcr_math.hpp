@@ -62,4 +62,33 @@ constexpr Rgb decBlock(int y, int cb, int cr, const BlockCoeffs& k) {
             clamp255(int16_t(ys + mulHigh(cbs, k.cbToB) + 8) >> 4)};
 }
 
+// ---- Decoder, BT.601 16-bit with 3 fractional bits (subsampled members) ----
+// Each term is floor(v*128*c / 65536) of the uncentred byte v with c at scale
+// 4096 (the high half of an unsigned 16 x 16-bit product); the black levels
+// are folded into the constants in units of 1/8 with no rounding half, so the
+// final shift truncates: Y = 235 with neutral chroma gives 254, 255, 254.
+constexpr int decTerm3(int v, int c) { return (v * 128 * c) >> 16; }
+constexpr Rgb decSub601(int y, int cb, int cr) {
+    const int ys = decTerm3(y, 4768);
+    return {clamp255((ys + decTerm3(cr, 6537) - 1783) >> 3),
+            clamp255((ys + 1085 - (decTerm3(cb, 1606) + decTerm3(cr, 3330))) >> 3),
+            clamp255((ys + decTerm3(cb, 8262) - 2214) >> 3)};
+}
+
+// ---- Decoders, BT.709 32-bit reference (coefficients at scale 65536) -------
+// Studio range; note the luma factor 76284 (not the 76282 of BT.601).
+constexpr Rgb decRef709Csc(int y, int cb, int cr) {
+    return {clamp255((76284 * y + 117506 * cr - 16228544) >> 16),
+            clamp255((76284 * y - 13959 * cb - 34996 * cr + 5078464) >> 16),
+            clamp255((76284 * y + 138609 * cb - 18929728) >> 16)};
+}
+// Full range: luma is not rescaled.
+constexpr Rgb decRef709Hdtv(int y, int cb, int cr) {
+    return {clamp255((65536 * y + 100925 * cr - 12885632) >> 16),
+            clamp255((65536 * y - 11993 * cb - 30081 * cr + 5418240) >> 16),
+            clamp255((65536 * y + 119013 * cb - 15200896) >> 16)};
+}
+// Full-range BT.709 in the block form: m(Y*128, 8192) is Y*16 exactly.
+constexpr BlockCoeffs kBlock709Hdtv{8192, 0, 12616, 1499, 3760, 14877};
+
 }  // namespace tpx::yuv

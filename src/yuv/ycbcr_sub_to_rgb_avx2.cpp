@@ -1,0 +1,74 @@
+// AVX2 row functions of the subsampled YCbCr decoders: 32 pixels per step.
+#include "yuv/ycbcr_sub_to_rgb_simd.hpp"
+
+namespace tpx::yuv::sub::simd {
+namespace {
+
+struct Avx2 {
+    using I = __m256i;
+    static constexpr int N = 32;
+    static I load(const uint8_t* p) { return _mm256_loadu_si256(reinterpret_cast<const I*>(p)); }
+    static void store(uint8_t* p, I v) { _mm256_storeu_si256(reinterpret_cast<I*>(p), v); }
+    static I zero() { return _mm256_setzero_si256(); }
+    static I set16(int16_t v) { return _mm256_set1_epi16(v); }
+    static I set8(char v) { return _mm256_set1_epi8(v); }
+    static I and_(I a, I b) { return _mm256_and_si256(a, b); }
+    static I add(I a, I b) { return _mm256_add_epi16(a, b); }
+    static I sub(I a, I b) { return _mm256_sub_epi16(a, b); }
+    static I mulhiU(I a, I b) { return _mm256_mulhi_epu16(a, b); }
+    static I mulhiS(I a, I b) { return _mm256_mulhi_epi16(a, b); }
+    template <int n> static I sll16(I a) { return _mm256_slli_epi16(a, n); }
+    template <int n> static I srl16(I a) { return _mm256_srli_epi16(a, n); }
+    template <int n> static I sra16(I a) { return _mm256_srai_epi16(a, n); }
+    template <int n> static I sll32(I a) { return _mm256_slli_epi32(a, n); }
+    template <int n> static I srl32(I a) { return _mm256_srli_epi32(a, n); }
+    static I unpackLo8(I a, I b) { return _mm256_unpacklo_epi8(a, b); }
+    static I unpackHi8(I a, I b) { return _mm256_unpackhi_epi8(a, b); }
+    static I unpackLo16(I a, I b) { return _mm256_unpacklo_epi16(a, b); }
+    static I unpackHi16(I a, I b) { return _mm256_unpackhi_epi16(a, b); }
+    static I packus16(I a, I b) { return _mm256_packus_epi16(a, b); }
+    static I packus32(I a, I b) { return _mm256_packus_epi32(a, b); }
+    static I lanesEven(I a, I b) { return _mm256_permute2x128_si256(a, b, 0x20); }
+    static I lanesOdd(I a, I b) { return _mm256_permute2x128_si256(a, b, 0x31); }
+    static I widenHalf(const uint8_t* p) {
+        return _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p)));
+    }
+    static I widenQuarterDup(const uint8_t* p) {
+        const __m128i c = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p));
+        return _mm256_cvtepu8_epi16(_mm_unpacklo_epi8(c, c));
+    }
+    // Four-byte pixels of channels a, b, c, d: q[i] holds pixels 8i..8i+7.
+    static void interleave4(I a, I b, I c, I d, I q[4]) {
+        const I ab0 = _mm256_unpacklo_epi8(a, b), ab1 = _mm256_unpackhi_epi8(a, b);
+        const I cd0 = _mm256_unpacklo_epi8(c, d), cd1 = _mm256_unpackhi_epi8(c, d);
+        const I p0 = _mm256_unpacklo_epi16(ab0, cd0), p1 = _mm256_unpackhi_epi16(ab0, cd0);
+        const I p2 = _mm256_unpacklo_epi16(ab1, cd1), p3 = _mm256_unpackhi_epi16(ab1, cd1);
+        q[0] = _mm256_permute2x128_si256(p0, p1, 0x20);
+        q[1] = _mm256_permute2x128_si256(p2, p3, 0x20);
+        q[2] = _mm256_permute2x128_si256(p0, p1, 0x31);
+        q[3] = _mm256_permute2x128_si256(p2, p3, 0x31);
+    }
+    static void storeC4(uint8_t* p, I a, I b, I c, I d) {
+        I q[4];
+        interleave4(a, b, c, d, q);
+        for (int i = 0; i < 4; ++i) store(p + 32 * i, q[i]);
+    }
+    static void storeC3(uint8_t* p, I a, I b, I c) {
+        I q[4];
+        interleave4(a, b, c, zero(), q);
+        const I drop = _mm256_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1,  //
+                                        0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1);
+        const I pack = _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 3, 7);
+        for (int i = 0; i < 4; ++i) {
+            const I v = _mm256_permutevar8x32_epi32(_mm256_shuffle_epi8(q[i], drop), pack);
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 24 * i), _mm256_castsi256_si128(v));
+            _mm_storel_epi64(reinterpret_cast<__m128i*>(p + 24 * i + 16), _mm256_extracti128_si256(v, 1));
+        }
+    }
+};
+
+}  // namespace
+}  // namespace tpx::yuv::sub::simd
+
+#define TPX_DEC_SUB_INSTANTIATE_rowAvx2(L, A, O) template int rowAvx2<L, A, O>(const Row&);
+TPX_DEC_SUB_ROWS(rowAvx2, simd::Avx2)

@@ -1,0 +1,83 @@
+// AVX-512 row functions of the subsampled YCbCr decoders: 64 pixels per step.
+// GCC 12's AVX-512 intrinsics start from a self-initialised "undefined"
+// vector, which -Wmaybe-uninitialized reports after inlining.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
+
+#include "yuv/ycbcr_sub_to_rgb_simd.hpp"
+
+namespace tpx::yuv::sub::simd {
+namespace {
+
+struct Avx512 {
+    using I = __m512i;
+    static constexpr int N = 64;
+    static I load(const uint8_t* p) { return _mm512_loadu_si512(p); }
+    static void store(uint8_t* p, I v) { _mm512_storeu_si512(p, v); }
+    static I zero() { return _mm512_setzero_si512(); }
+    static I set16(int16_t v) { return _mm512_set1_epi16(v); }
+    static I set8(char v) { return _mm512_set1_epi8(v); }
+    static I and_(I a, I b) { return _mm512_and_si512(a, b); }
+    static I add(I a, I b) { return _mm512_add_epi16(a, b); }
+    static I sub(I a, I b) { return _mm512_sub_epi16(a, b); }
+    static I mulhiU(I a, I b) { return _mm512_mulhi_epu16(a, b); }
+    static I mulhiS(I a, I b) { return _mm512_mulhi_epi16(a, b); }
+    template <int n> static I sll16(I a) { return _mm512_slli_epi16(a, n); }
+    template <int n> static I srl16(I a) { return _mm512_srli_epi16(a, n); }
+    template <int n> static I sra16(I a) { return _mm512_srai_epi16(a, n); }
+    template <int n> static I sll32(I a) { return _mm512_slli_epi32(a, n); }
+    template <int n> static I srl32(I a) { return _mm512_srli_epi32(a, n); }
+    static I unpackLo8(I a, I b) { return _mm512_unpacklo_epi8(a, b); }
+    static I unpackHi8(I a, I b) { return _mm512_unpackhi_epi8(a, b); }
+    static I unpackLo16(I a, I b) { return _mm512_unpacklo_epi16(a, b); }
+    static I unpackHi16(I a, I b) { return _mm512_unpackhi_epi16(a, b); }
+    static I packus16(I a, I b) { return _mm512_packus_epi16(a, b); }
+    static I packus32(I a, I b) { return _mm512_packus_epi32(a, b); }
+    static I lanesEven(I a, I b) { return _mm512_shuffle_i64x2(a, b, 0x88); }
+    static I lanesOdd(I a, I b) { return _mm512_shuffle_i64x2(a, b, 0xDD); }
+    static I widenHalf(const uint8_t* p) {
+        return _mm512_cvtepu8_epi16(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)));
+    }
+    static I widenQuarterDup(const uint8_t* p) {
+        const __m128i c = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+        return _mm512_cvtepu8_epi16(_mm256_set_m128i(_mm_unpackhi_epi8(c, c), _mm_unpacklo_epi8(c, c)));
+    }
+    // Four-byte pixels of channels a, b, c, d: q[i] holds pixels 16i..16i+15.
+    static void interleave4(I a, I b, I c, I d, I q[4]) {
+        const I ab0 = _mm512_unpacklo_epi8(a, b), ab1 = _mm512_unpackhi_epi8(a, b);
+        const I cd0 = _mm512_unpacklo_epi8(c, d), cd1 = _mm512_unpackhi_epi8(c, d);
+        const I p0 = _mm512_unpacklo_epi16(ab0, cd0), p1 = _mm512_unpackhi_epi16(ab0, cd0);
+        const I p2 = _mm512_unpacklo_epi16(ab1, cd1), p3 = _mm512_unpackhi_epi16(ab1, cd1);
+        // Lane k of p0..p3 holds pixels 16k+0..3, +4..7, +8..11, +12..15.
+        const I lo = _mm512_setr_epi64(0, 1, 8, 9, 2, 3, 10, 11), hi = _mm512_setr_epi64(4, 5, 12, 13, 6, 7, 14, 15);
+        const I t0 = _mm512_permutex2var_epi64(p0, lo, p1), t1 = _mm512_permutex2var_epi64(p0, hi, p1);
+        const I u0 = _mm512_permutex2var_epi64(p2, lo, p3), u1 = _mm512_permutex2var_epi64(p2, hi, p3);
+        q[0] = _mm512_shuffle_i64x2(t0, u0, 0x44);
+        q[1] = _mm512_shuffle_i64x2(t0, u0, 0xEE);
+        q[2] = _mm512_shuffle_i64x2(t1, u1, 0x44);
+        q[3] = _mm512_shuffle_i64x2(t1, u1, 0xEE);
+    }
+    static void storeC4(uint8_t* p, I a, I b, I c, I d) {
+        I q[4];
+        interleave4(a, b, c, d, q);
+        for (int i = 0; i < 4; ++i) store(p + 64 * i, q[i]);
+    }
+    static void storeC3(uint8_t* p, I a, I b, I c) {
+        I q[4];
+        interleave4(a, b, c, zero(), q);
+        const I drop = _mm512_broadcast_i32x4(_mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1));
+        const I pack = _mm512_setr_epi32(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 3, 7, 11, 15);
+        for (int i = 0; i < 4; ++i) {
+            const I v = _mm512_permutexvar_epi32(pack, _mm512_shuffle_epi8(q[i], drop));
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + 48 * i), _mm512_castsi512_si256(v));
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 48 * i + 32), _mm512_extracti32x4_epi32(v, 2));
+        }
+    }
+};
+
+}  // namespace
+}  // namespace tpx::yuv::sub::simd
+
+#define TPX_DEC_SUB_INSTANTIATE_rowAvx512(L, A, O) template int rowAvx512<L, A, O>(const Row&);
+TPX_DEC_SUB_ROWS(rowAvx512, simd::Avx512)
