@@ -3,6 +3,7 @@
 // vector, which -Wmaybe-uninitialized reports after inlining.
 #if defined(__GNUC__) && !defined(__clang__)
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#pragma GCC diagnostic ignored "-Wuninitialized"
 #endif
 
 #include "yuv/ycbcr_sub_to_rgb_simd.hpp"

@@ -137,11 +137,19 @@ inline void put(const Row& r, int x, const Channels<V>& c) {
     }
 }
 
+// Whole vectors from the row start; a last partial vector is done as the
+// vector ending at the end of the SIMD range, recomputing a few pixels with the
+// same arithmetic (and so the same bytes). Every start is a multiple of the
+// chroma block, and the range holds one arithmetic only.
 template <class V, class L, class A, class O>
 int row(const Row& r) {
-    const int n = A::simdEnd(r) / V::N * V::N;
-    for (int x = 0; x < n; x += V::N) put<V, O>(r, x, Arith<V, A>::at(Load<V, L>::at(r, x)));
-    return n;
+    const int end = A::simdEnd(r);
+    if (end < V::N) return 0;
+    auto step = [&r](int x) { put<V, O>(r, x, Arith<V, A>::at(Load<V, L>::at(r, x))); };
+    int x = 0;
+    for (; x + V::N <= end; x += V::N) step(x);
+    if (x < end) step(end - V::N);
+    return end;
 }
 
 }  // namespace tpx::yuv::sub::simd
