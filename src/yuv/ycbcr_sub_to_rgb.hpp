@@ -40,7 +40,9 @@ struct Row {
     int chromaWidth;  // chroma samples per row
     uint8_t alpha;
 };
-using SimdRow = int (*)(const Row&);
+// SIMD row function: converts whole vectors of the row (4:2:0: of both rows
+// of the pair, sharing the chroma) and returns the pixels it did per row.
+using SimdRow = int (*)(const Row& first, const Row& second);
 
 // ---- Source layouts --------------------------------------------------------
 // Packed 4:2:2: four bytes per pair; byte offsets of Y0, Cb and Cr in a group
@@ -215,9 +217,9 @@ using BgrC4 = Interleaved<true, 4>;
     X(TpCrCb, Bt601, BgrC3) X(TpCrCb, Bt601, BgrC4) X(Pl411, Bt601, BgrC3) X(Pl411, Bt601, BgrC4)
 
 template <class L, class A, class O>
-int rowAvx2(const Row& r);
+int rowAvx2(const Row& first, const Row& second);
 template <class L, class A, class O>
-int rowAvx512(const Row& r);
+int rowAvx512(const Row& first, const Row& second);
 
 template <class L, class A, class O>
 void rowScalar(const Row& r, int from) {
@@ -240,17 +242,21 @@ SimdRow simdRow() {
 // width or height with +35 (the last column / row stays unwritten).
 template <class L, class A, class O>
 TpxStatus convert(const Src& s, const Dst& d, TpxSize roi, uint8_t alpha) {
-    Row r{};
-    r.width = roi.width / L::hsub * L::hsub;
-    r.blockEnd = r.width / 8 * 8;
-    r.chromaWidth = r.width / L::hsub;
-    r.alpha = alpha;
+    Row r[2]{};
+    r[0].width = roi.width / L::hsub * L::hsub;
+    r[0].blockEnd = r[0].width / 8 * 8;
+    r[0].chromaWidth = r[0].width / L::hsub;
+    r[0].alpha = alpha;
+    r[1] = r[0];
     const int rows = roi.height / L::vsub * L::vsub;
     const SimdRow simd = simdRow<L, A, O>();
-    for (int y = 0; y < rows; ++y) {
-        L::bind(r, s, y, rows);
-        O::bind(r, d, y);
-        rowScalar<L, A, O>(r, simd ? simd(r) : 0);
+    for (int y = 0; y < rows; y += L::vsub) {
+        for (int k = 0; k < L::vsub; ++k) {
+            L::bind(r[k], s, y + k, rows);
+            O::bind(r[k], d, y + k);
+        }
+        const int done = simd ? simd(r[0], r[L::vsub - 1]) : 0;
+        for (int k = 0; k < L::vsub; ++k) rowScalar<L, A, O>(r[k], done);
     }
     return L::vsub == 2 && ((roi.width | roi.height) & 1) ? tpxStatusOddSize : tpxStatusOk;
 }

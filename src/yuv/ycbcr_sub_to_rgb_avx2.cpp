@@ -37,23 +37,28 @@ struct Avx2 {
         const __m128i c = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p));
         return _mm256_cvtepu8_epi16(_mm_unpacklo_epi8(c, c));
     }
-    // Four-byte pixels of channels a, b, c, d: q[i] holds pixels 8i..8i+7.
+    // Transposed order: 32-bit group (lane k, slot m) holds pixels 8m + 4k..
+    // of the natural order (vector of bytes or of pair values alike).
+    static I transpose(I v) { return _mm256_permutevar8x32_epi32(v, _mm256_setr_epi32(0, 2, 4, 6, 1, 3, 5, 7)); }
+    // Packed pairs (one 32-bit group each) in the order of halves A and B of
+    // the transposed order.
+    static I groupsT(I v) { return _mm256_permutevar8x32_epi32(v, _mm256_setr_epi32(0, 1, 4, 5, 2, 3, 6, 7)); }
+    // Four-byte pixels of channels a, b, c, d in transposed order: q[i]
+    // holds pixels 8i..8i+7.
     static void interleave4(I a, I b, I c, I d, I q[4]) {
         const I ab0 = _mm256_unpacklo_epi8(a, b), ab1 = _mm256_unpackhi_epi8(a, b);
         const I cd0 = _mm256_unpacklo_epi8(c, d), cd1 = _mm256_unpackhi_epi8(c, d);
-        const I p0 = _mm256_unpacklo_epi16(ab0, cd0), p1 = _mm256_unpackhi_epi16(ab0, cd0);
-        const I p2 = _mm256_unpacklo_epi16(ab1, cd1), p3 = _mm256_unpackhi_epi16(ab1, cd1);
-        q[0] = _mm256_permute2x128_si256(p0, p1, 0x20);
-        q[1] = _mm256_permute2x128_si256(p2, p3, 0x20);
-        q[2] = _mm256_permute2x128_si256(p0, p1, 0x31);
-        q[3] = _mm256_permute2x128_si256(p2, p3, 0x31);
+        q[0] = _mm256_unpacklo_epi16(ab0, cd0);
+        q[1] = _mm256_unpackhi_epi16(ab0, cd0);
+        q[2] = _mm256_unpacklo_epi16(ab1, cd1);
+        q[3] = _mm256_unpackhi_epi16(ab1, cd1);
     }
-    static void storeC4(uint8_t* p, I a, I b, I c, I d) {
+    static void storeC4T(uint8_t* p, I a, I b, I c, I d) {
         I q[4];
         interleave4(a, b, c, d, q);
         for (int i = 0; i < 4; ++i) store(p + 32 * i, q[i]);
     }
-    static void storeC3(uint8_t* p, I a, I b, I c) {
+    static void storeC3T(uint8_t* p, I a, I b, I c) {
         I q[4];
         interleave4(a, b, c, zero(), q);
         const I drop = _mm256_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1,  //
@@ -70,5 +75,5 @@ struct Avx2 {
 }  // namespace
 }  // namespace tpx::yuv::sub::simd
 
-#define TPX_DEC_SUB_INSTANTIATE_rowAvx2(L, A, O) template int rowAvx2<L, A, O>(const Row&);
+#define TPX_DEC_SUB_INSTANTIATE_rowAvx2(L, A, O) template int rowAvx2<L, A, O>(const Row&, const Row&);
 TPX_DEC_SUB_ROWS(rowAvx2, simd::Avx2)

@@ -44,27 +44,32 @@ struct Avx512 {
         const __m128i c = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
         return _mm512_cvtepu8_epi16(_mm256_set_m128i(_mm_unpackhi_epi8(c, c), _mm_unpacklo_epi8(c, c)));
     }
-    // Four-byte pixels of channels a, b, c, d: q[i] holds pixels 16i..16i+15.
+    // Transposed order: 32-bit group (lane k, slot m) holds pixels 16m + 4k..
+    // of the natural order (vector of bytes or of pair values alike).
+    static I transpose(I v) {
+        return _mm512_permutexvar_epi32(_mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15), v);
+    }
+    // Packed pairs (one 32-bit group each) in the order of halves A and B of
+    // the transposed order.
+    static I groupsT(I v) {
+        return _mm512_permutexvar_epi32(_mm512_setr_epi32(0, 1, 8, 9, 2, 3, 10, 11, 4, 5, 12, 13, 6, 7, 14, 15), v);
+    }
+    // Four-byte pixels of channels a, b, c, d in transposed order: q[i]
+    // holds pixels 16i..16i+15.
     static void interleave4(I a, I b, I c, I d, I q[4]) {
         const I ab0 = _mm512_unpacklo_epi8(a, b), ab1 = _mm512_unpackhi_epi8(a, b);
         const I cd0 = _mm512_unpacklo_epi8(c, d), cd1 = _mm512_unpackhi_epi8(c, d);
-        const I p0 = _mm512_unpacklo_epi16(ab0, cd0), p1 = _mm512_unpackhi_epi16(ab0, cd0);
-        const I p2 = _mm512_unpacklo_epi16(ab1, cd1), p3 = _mm512_unpackhi_epi16(ab1, cd1);
-        // Lane k of p0..p3 holds pixels 16k+0..3, +4..7, +8..11, +12..15.
-        const I lo = _mm512_setr_epi64(0, 1, 8, 9, 2, 3, 10, 11), hi = _mm512_setr_epi64(4, 5, 12, 13, 6, 7, 14, 15);
-        const I t0 = _mm512_permutex2var_epi64(p0, lo, p1), t1 = _mm512_permutex2var_epi64(p0, hi, p1);
-        const I u0 = _mm512_permutex2var_epi64(p2, lo, p3), u1 = _mm512_permutex2var_epi64(p2, hi, p3);
-        q[0] = _mm512_shuffle_i64x2(t0, u0, 0x44);
-        q[1] = _mm512_shuffle_i64x2(t0, u0, 0xEE);
-        q[2] = _mm512_shuffle_i64x2(t1, u1, 0x44);
-        q[3] = _mm512_shuffle_i64x2(t1, u1, 0xEE);
+        q[0] = _mm512_unpacklo_epi16(ab0, cd0);
+        q[1] = _mm512_unpackhi_epi16(ab0, cd0);
+        q[2] = _mm512_unpacklo_epi16(ab1, cd1);
+        q[3] = _mm512_unpackhi_epi16(ab1, cd1);
     }
-    static void storeC4(uint8_t* p, I a, I b, I c, I d) {
+    static void storeC4T(uint8_t* p, I a, I b, I c, I d) {
         I q[4];
         interleave4(a, b, c, d, q);
         for (int i = 0; i < 4; ++i) store(p + 64 * i, q[i]);
     }
-    static void storeC3(uint8_t* p, I a, I b, I c) {
+    static void storeC3T(uint8_t* p, I a, I b, I c) {
         I q[4];
         interleave4(a, b, c, zero(), q);
         const I drop = _mm512_broadcast_i32x4(_mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1));
@@ -80,5 +85,5 @@ struct Avx512 {
 }  // namespace
 }  // namespace tpx::yuv::sub::simd
 
-#define TPX_DEC_SUB_INSTANTIATE_rowAvx512(L, A, O) template int rowAvx512<L, A, O>(const Row&);
+#define TPX_DEC_SUB_INSTANTIATE_rowAvx512(L, A, O) template int rowAvx512<L, A, O>(const Row&, const Row&);
 TPX_DEC_SUB_ROWS(rowAvx512, simd::Avx512)

@@ -8,6 +8,11 @@
 // unpacklo/hi_epi16(t, t) of a chroma term lines up with halves A and B, and
 // packus(A, B) gives the pixels back in natural order.
 //
+// Interleaved destinations take the pixels in "transposed" order instead:
+// V::transpose permutes the 32-bit groups of luma and chroma so that the
+// byte/word interleave of R, G, B, A leaves whole runs of consecutive pixels
+// in each register and no lane permutes are needed before the stores.
+//
 // BT.601: (Y<<8) * 2384 high half is floor(Y*128*4768 / 65536); chroma terms
 // floor((C<<7) * c / 65536) are unsigned 16-bit high products, computed once
 // per pair. BT.709 blocks: signed high products of the centred values
@@ -21,36 +26,51 @@
 namespace tpx::yuv::sub::simd {
 
 template <class V>
-struct Input {
-    typename V::I yA, yB;  // Y << 8 per pixel
+struct Luma {
+    typename V::I a, b;  // Y << 8 per pixel, halves A and B
+};
+template <class V>
+struct Chroma {
     typename V::I cb, cr;  // uncentred chroma per pair
 };
 
 // ---- Loading ---------------------------------------------------------------
-template <class V, class L>
+template <class V, bool T>
+inline typename V::I order(typename V::I v) {
+    if constexpr (T)
+        return V::transpose(v);
+    else
+        return v;
+}
+
+template <class V, bool T>
+inline Luma<V> lumaPlane(const uint8_t* p) {
+    const auto y = order<V, T>(V::load(p));
+    return {V::unpackLo8(V::zero(), y), V::unpackHi8(V::zero(), y)};
+}
+
+// T: transposed pixel order (interleaved destinations).
+template <class V, class L, bool T>
 struct Load;
 
-template <class V, int H, int Vs, int CbP, int CrP>
-struct Load<V, Planar<H, Vs, CbP, CrP>> {
-    static Input<V> at(const Row& r, int x) {
-        const auto y = V::load(r.y + x);
+template <class V, int H, int Vs, int CbP, int CrP, bool T>
+struct Load<V, Planar<H, Vs, CbP, CrP>, T> {
+    static Luma<V> luma(const Row& r, int x) { return lumaPlane<V, T>(r.y + x); }
+    static Chroma<V> chroma(const Row& r, int x) {
         if constexpr (H == 2)
-            return {V::unpackLo8(V::zero(), y), V::unpackHi8(V::zero(), y), V::widenHalf(r.cb + x / 2),
-                    V::widenHalf(r.cr + x / 2)};
+            return {order<V, T>(V::widenHalf(r.cb + x / 2)), order<V, T>(V::widenHalf(r.cr + x / 2))};
         else
-            return {V::unpackLo8(V::zero(), y), V::unpackHi8(V::zero(), y), V::widenQuarterDup(r.cb + x / 4),
-                    V::widenQuarterDup(r.cr + x / 4)};
+            return {order<V, T>(V::widenQuarterDup(r.cb + x / 4)), order<V, T>(V::widenQuarterDup(r.cr + x / 4))};
     }
 };
 
-template <class V, int CbOff>
-struct Load<V, TwoPlane<CbOff>> {
-    static Input<V> at(const Row& r, int x) {
-        const auto y = V::load(r.y + x);
-        const auto c = V::load(r.cb - CbOff + x);  // N/2 pairs start at byte x
+template <class V, int CbOff, bool T>
+struct Load<V, TwoPlane<CbOff>, T> {
+    static Luma<V> luma(const Row& r, int x) { return lumaPlane<V, T>(r.y + x); }
+    static Chroma<V> chroma(const Row& r, int x) {
+        const auto c = order<V, T>(V::load(r.cb - CbOff + x));  // N/2 pairs start at byte x
         const auto first = V::and_(c, V::set16(0xff)), second = V::template srl16<8>(c);
-        return {V::unpackLo8(V::zero(), y), V::unpackHi8(V::zero(), y), CbOff ? second : first,
-                CbOff ? first : second};
+        return {CbOff ? second : first, CbOff ? first : second};
     }
 };
 
@@ -63,30 +83,45 @@ inline typename V::I byteOf(typename V::I w) {
         return V::template srl32<24>(V::template sll32<24 - 8 * K>(w));
 }
 
-template <class V, int YOff, int CbOff, int CrOff>
-struct Load<V, Packed422<YOff, CbOff, CrOff>> {
-    static Input<V> at(const Row& r, int x) {
+// Packed pairs: the lane shuffle puts pixels in the order of halves A and B.
+template <class V, int YOff, int CbOff, int CrOff, bool T>
+struct Load<V, Packed422<YOff, CbOff, CrOff>, T> {
+    struct Both {
+        Luma<V> y;
+        Chroma<V> c;
+    };
+    static Both both(const Row& r, int x) {
         const uint8_t* p = r.y - YOff + 2 * x;
         const auto v0 = V::load(p), v1 = V::load(p + V::N);
-        const auto w0 = V::lanesEven(v0, v1), w1 = V::lanesOdd(v0, v1);
+        const auto w0 = T ? V::groupsT(v0) : V::lanesEven(v0, v1), w1 = T ? V::groupsT(v1) : V::lanesOdd(v0, v1);
         auto yHigh = [](typename V::I w) {
             return YOff == 0 ? V::template sll16<8>(w) : V::and_(w, V::set16(int16_t(0xff00)));
         };
-        return {yHigh(w0), yHigh(w1), V::packus32(byteOf<V, CbOff>(w0), byteOf<V, CbOff>(w1)),
-                V::packus32(byteOf<V, CrOff>(w0), byteOf<V, CrOff>(w1))};
+        return {{yHigh(w0), yHigh(w1)},
+                {V::packus32(byteOf<V, CbOff>(w0), byteOf<V, CbOff>(w1)),
+                 V::packus32(byteOf<V, CrOff>(w0), byteOf<V, CrOff>(w1))}};
     }
 };
 
-// ---- Arithmetic: R, G, B as bytes in natural pixel order --------------------
+// ---- Arithmetic: chroma terms per pair, widened to halves A and B; then the
+// luma of each row and R, G, B as bytes in natural pixel order ---------------
+template <class V>
+struct Terms {
+    typename V::I r[2], g[2], b[2];
+};
 template <class V>
 struct Channels {
     typename V::I r, g, b;
 };
 
+template <class V>
+inline void widen(typename V::I t, typename V::I out[2]) {
+    out[0] = V::unpackLo16(t, t);
+    out[1] = V::unpackHi16(t, t);
+}
 template <class V, int Shift>
-inline typename V::I finish(typename V::I ya, typename V::I yb, typename V::I t) {
-    return V::packus16(V::template sra16<Shift>(V::add(ya, V::unpackLo16(t, t))),
-                       V::template sra16<Shift>(V::add(yb, V::unpackHi16(t, t))));
+inline typename V::I finish(typename V::I ya, typename V::I yb, const typename V::I t[2]) {
+    return V::packus16(V::template sra16<Shift>(V::add(ya, t[0])), V::template sra16<Shift>(V::add(yb, t[1])));
 }
 
 template <class V, class A>
@@ -94,32 +129,44 @@ struct Arith;
 
 template <class V>
 struct Arith<V, Bt601> {
-    static Channels<V> at(const Input<V>& in) {
-        const auto ya = V::mulhiU(in.yA, V::set16(2384)), yb = V::mulhiU(in.yB, V::set16(2384));
-        const auto cb = V::template sll16<7>(in.cb), cr = V::template sll16<7>(in.cr);
-        const auto tr = V::sub(V::mulhiU(cr, V::set16(6537)), V::set16(1783));
-        const auto tg = V::sub(V::set16(1085), V::add(V::mulhiU(cb, V::set16(1606)), V::mulhiU(cr, V::set16(3330))));
-        const auto tb = V::sub(V::mulhiU(cb, V::set16(8262)), V::set16(2214));
-        return {finish<V, 3>(ya, yb, tr), finish<V, 3>(ya, yb, tg), finish<V, 3>(ya, yb, tb)};
+    static constexpr int shift = 3;
+    static Terms<V> terms(const Chroma<V>& c) {
+        const auto cb = V::template sll16<7>(c.cb), cr = V::template sll16<7>(c.cr);
+        Terms<V> t;
+        widen<V>(V::sub(V::mulhiU(cr, V::set16(6537)), V::set16(1783)), t.r);
+        widen<V>(V::sub(V::set16(1085), V::add(V::mulhiU(cb, V::set16(1606)), V::mulhiU(cr, V::set16(3330)))), t.g);
+        widen<V>(V::sub(V::mulhiU(cb, V::set16(8262)), V::set16(2214)), t.b);
+        return t;
     }
+    static typename V::I luma(typename V::I yHigh) { return V::mulhiU(yHigh, V::set16(2384)); }
 };
 
 template <class V, class M>
 struct Arith<V, Blocked709<M>> {
+    static constexpr int shift = 4;
+    static Terms<V> terms(const Chroma<V>& c) {
+        const auto cb = V::template sll16<7>(V::sub(c.cb, V::set16(128)));
+        const auto cr = V::template sll16<7>(V::sub(c.cr, V::set16(128)));
+        Terms<V> t;
+        widen<V>(V::mulhiS(cr, V::set16(M::k.crToR)), t.r);
+        widen<V>(V::sub(V::zero(), V::add(V::mulhiS(cb, V::set16(M::k.cbToG)), V::mulhiS(cr, V::set16(M::k.crToG)))),
+                 t.g);
+        widen<V>(V::mulhiS(cb, V::set16(M::k.cbToB)), t.b);
+        return t;
+    }
+    // m((Y - black) * 128, luma) + 8 (the rounding of the final shift).
     static typename V::I luma(typename V::I yHigh) {
         const auto y = V::template sll16<7>(V::sub(V::template srl16<8>(yHigh), V::set16(M::k.lumaOffset)));
         return V::add(V::mulhiS(y, V::set16(M::k.luma)), V::set16(8));
     }
-    static Channels<V> at(const Input<V>& in) {
-        const auto ya = luma(in.yA), yb = luma(in.yB);
-        const auto cb = V::template sll16<7>(V::sub(in.cb, V::set16(128)));
-        const auto cr = V::template sll16<7>(V::sub(in.cr, V::set16(128)));
-        const auto tr = V::mulhiS(cr, V::set16(M::k.crToR));
-        const auto tg = V::sub(V::zero(), V::add(V::mulhiS(cb, V::set16(M::k.cbToG)), V::mulhiS(cr, V::set16(M::k.crToG))));
-        const auto tb = V::mulhiS(cb, V::set16(M::k.cbToB));
-        return {finish<V, 4>(ya, yb, tr), finish<V, 4>(ya, yb, tg), finish<V, 4>(ya, yb, tb)};
-    }
 };
+
+template <class V, class A>
+inline Channels<V> apply(const Luma<V>& y, const Terms<V>& t) {
+    const auto ya = Arith<V, A>::luma(y.a), yb = Arith<V, A>::luma(y.b);
+    constexpr int s = Arith<V, A>::shift;
+    return {finish<V, s>(ya, yb, t.r), finish<V, s>(ya, yb, t.g), finish<V, s>(ya, yb, t.b)};
+}
 
 // ---- Storing ---------------------------------------------------------------
 template <class V, class O>
@@ -131,24 +178,46 @@ inline void put(const Row& r, int x, const Channels<V>& c) {
     } else {
         const auto first = O::bgr ? c.b : c.r, third = O::bgr ? c.r : c.b;
         if constexpr (O::channels == 4)
-            V::storeC4(r.d[0] + 4 * x, first, c.g, third, V::set8(char(r.alpha)));
+            V::storeC4T(r.d[0] + 4 * x, first, c.g, third, V::set8(char(r.alpha)));
         else
-            V::storeC3(r.d[0] + 3 * x, first, c.g, third);
+            V::storeC3T(r.d[0] + 3 * x, first, c.g, third);
+    }
+}
+
+template <class L>
+constexpr bool isPacked = false;
+template <int Y, int B, int R>
+constexpr bool isPacked<Packed422<Y, B, R>> = true;
+
+// One vector of pixels at x: of both rows of a 4:2:0 pair (sharing the chroma
+// terms), else of one row.
+template <class V, class L, class A, class O>
+inline void vectorAt(const Row& r0, const Row& r1, int x) {
+    using In = Load<V, L, !O::planes>;
+    if constexpr (L::vsub == 2) {
+        const Terms<V> t = Arith<V, A>::terms(In::chroma(r0, x));
+        put<V, O>(r0, x, apply<V, A>(In::luma(r0, x), t));
+        put<V, O>(r1, x, apply<V, A>(In::luma(r1, x), t));
+    } else if constexpr (isPacked<L>) {
+        const auto in = In::both(r0, x);
+        put<V, O>(r0, x, apply<V, A>(in.y, Arith<V, A>::terms(in.c)));
+    } else {
+        put<V, O>(r0, x, apply<V, A>(In::luma(r0, x), Arith<V, A>::terms(In::chroma(r0, x))));
     }
 }
 
 // Whole vectors from the row start; a last partial vector is done as the
 // vector ending at the end of the SIMD range, recomputing a few pixels with the
 // same arithmetic (and so the same bytes). Every start is a multiple of the
-// chroma block, and the range holds one arithmetic only.
+// chroma block, and the range holds one arithmetic only. For 4:2:0, r1 is the
+// second row of the pair (else r1 is r0 and unused).
 template <class V, class L, class A, class O>
-int row(const Row& r) {
-    const int end = A::simdEnd(r);
+int row(const Row& r0, const Row& r1) {
+    const int end = A::simdEnd(r0);
     if (end < V::N) return 0;
-    auto step = [&r](int x) { put<V, O>(r, x, Arith<V, A>::at(Load<V, L>::at(r, x))); };
     int x = 0;
-    for (; x + V::N <= end; x += V::N) step(x);
-    if (x < end) step(end - V::N);
+    for (; x + V::N <= end; x += V::N) vectorAt<V, L, A, O>(r0, r1, x);
+    if (x < end) vectorAt<V, L, A, O>(r0, r1, end - V::N);
     return end;
 }
 
@@ -159,8 +228,8 @@ int row(const Row& r) {
 #define TPX_DEC_SUB_ROWS(name, V)                                                  \
     namespace tpx::yuv::sub {                                                      \
     template <class L, class A, class O>                                           \
-    int name(const Row& r) {                                                       \
-        return simd::row<V, L, A, O>(r);                                           \
+    int name(const Row& r0, const Row& r1) {                                       \
+        return simd::row<V, L, A, O>(r0, r1);                                      \
     }                                                                              \
     TPX_DEC_SUB_SIMD_MEMBERS(TPX_DEC_SUB_INSTANTIATE_##name)                       \
     }
