@@ -20,14 +20,16 @@ struct Avx2 {
     template <int n> static I sll16(I a) { return _mm256_slli_epi16(a, n); }
     template <int n> static I srl16(I a) { return _mm256_srli_epi16(a, n); }
     template <int n> static I sra16(I a) { return _mm256_srai_epi16(a, n); }
-    template <int n> static I sll32(I a) { return _mm256_slli_epi32(a, n); }
-    template <int n> static I srl32(I a) { return _mm256_srli_epi32(a, n); }
     static I unpackLo8(I a, I b) { return _mm256_unpacklo_epi8(a, b); }
     static I unpackHi8(I a, I b) { return _mm256_unpackhi_epi8(a, b); }
     static I unpackLo16(I a, I b) { return _mm256_unpacklo_epi16(a, b); }
     static I unpackHi16(I a, I b) { return _mm256_unpackhi_epi16(a, b); }
     static I packus16(I a, I b) { return _mm256_packus_epi16(a, b); }
-    static I packus32(I a, I b) { return _mm256_packus_epi32(a, b); }
+    static I unpackLo64(I a, I b) { return _mm256_unpacklo_epi64(a, b); }
+    static I unpackHi64(I a, I b) { return _mm256_unpackhi_epi64(a, b); }
+    static I shuffle8(I a, I m) { return _mm256_shuffle_epi8(a, m); }
+    template <class... B>
+    static I bytesPerLane(B... b) { return _mm256_broadcastsi128_si256(_mm_setr_epi8(char(b)...)); }
     static I lanesEven(I a, I b) { return _mm256_permute2x128_si256(a, b, 0x20); }
     static I lanesOdd(I a, I b) { return _mm256_permute2x128_si256(a, b, 0x31); }
     static I widenHalf(const uint8_t* p) {

@@ -74,15 +74,6 @@ struct Load<V, TwoPlane<CbOff>, T> {
     }
 };
 
-// Byte K of every 32-bit group, zero-extended.
-template <class V, int K>
-inline typename V::I byteOf(typename V::I w) {
-    if constexpr (K == 3)
-        return V::template srl32<24>(w);
-    else
-        return V::template srl32<24>(V::template sll32<24 - 8 * K>(w));
-}
-
 // Packed pairs: the lane shuffle puts pixels in the order of halves A and B.
 template <class V, int YOff, int CbOff, int CrOff, bool T>
 struct Load<V, Packed422<YOff, CbOff, CrOff>, T> {
@@ -97,9 +88,11 @@ struct Load<V, Packed422<YOff, CbOff, CrOff>, T> {
         auto yHigh = [](typename V::I w) {
             return YOff == 0 ? V::template sll16<8>(w) : V::and_(w, V::set16(int16_t(0xff00)));
         };
-        return {{yHigh(w0), yHigh(w1)},
-                {V::packus32(byteOf<V, CbOff>(w0), byteOf<V, CbOff>(w1)),
-                 V::packus32(byteOf<V, CrOff>(w0), byteOf<V, CrOff>(w1))}};
+        // Per lane: Cb of the four groups as 16-bit values, then Cr.
+        const auto pick = V::bytesPerLane(CbOff, -1, CbOff + 4, -1, CbOff + 8, -1, CbOff + 12, -1,  //
+                                          CrOff, -1, CrOff + 4, -1, CrOff + 8, -1, CrOff + 12, -1);
+        const auto c0 = V::shuffle8(w0, pick), c1 = V::shuffle8(w1, pick);
+        return {{yHigh(w0), yHigh(w1)}, {V::unpackLo64(c0, c1), V::unpackHi64(c0, c1)}};
     }
 };
 
