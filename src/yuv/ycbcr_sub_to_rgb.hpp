@@ -41,7 +41,8 @@ struct Row {
     uint8_t alpha;
 };
 // SIMD row function: converts whole vectors of the row (4:2:0: of both rows
-// of the pair, sharing the chroma) and returns the pixels it did per row.
+// of the pair, sharing the chroma) from the layout's simdStart and returns
+// where it stopped, or 0 when the row is too short for it.
 using SimdRow = int (*)(const Row& first, const Row& second);
 
 // ---- Source layouts --------------------------------------------------------
@@ -51,6 +52,8 @@ template <int YOff, int CbOff, int CrOff>
 struct Packed422 {
     static constexpr int hsub = 2, vsub = 1;
     static constexpr bool simd = true;
+    static constexpr int simdStart = 0;
+    static int simdLimit(const Row& r) { return r.width; }
     static constexpr int yOff = YOff, cbOff = CbOff, crOff = CrOff;
     static void bind(Row& r, const Src& s, int y, int) {
         const uint8_t* p = rowAt(s.p[0], s.step[0], y);
@@ -70,6 +73,8 @@ template <int H, int V, int CbPlane, int CrPlane>
 struct Planar {
     static constexpr int hsub = H, vsub = V;
     static constexpr bool simd = true;
+    static constexpr int simdStart = 0;
+    static int simdLimit(const Row& r) { return r.width; }
     static void bind(Row& r, const Src& s, int y, int) {
         r.y = rowAt(s.p[0], s.step[0], y);
         r.cb = rowAt(s.p[CbPlane], s.step[CbPlane], y / V);
@@ -88,6 +93,8 @@ template <int CbOff>
 struct TwoPlane {
     static constexpr int hsub = 2, vsub = 2;
     static constexpr bool simd = true;
+    static constexpr int simdStart = 0;
+    static int simdLimit(const Row& r) { return r.width; }
     static constexpr int cbOff = CbOff;
     static void bind(Row& r, const Src& s, int y, int) {
         r.y = rowAt(s.p[0], s.step[0], y);
@@ -106,10 +113,13 @@ struct TwoPlane {
 // each pixel's chroma is (9a + 3b + 3c + d + 8) >> 4 of its four nearest chroma
 // samples (a the nearest, d the diagonal one), samples beyond the plane edges
 // replaced by the nearest edge sample. Vertically 3*near + far per column,
-// horizontally 3*v(i) + v(neighbour).
+// horizontally 3*v(i) + v(neighbour). SIMD rows leave the first and the last
+// pair (whose neighbours clamp at the edges) to the scalar function.
 struct Filter420 {
     static constexpr int hsub = 2, vsub = 2;
-    static constexpr bool simd = false;
+    static constexpr bool simd = true;
+    static constexpr int simdStart = 2;
+    static int simdLimit(const Row& r) { return r.width - 2; }
     static void bind(Row& r, const Src& s, int y, int rows) {
         const int near = y / 2, far = (y & 1) ? std::min(near + 1, rows / 2 - 1) : std::max(near - 1, 0);
         r.y = rowAt(s.p[0], s.step[0], y);
@@ -214,7 +224,8 @@ using BgrC4 = Interleaved<true, 4>;
     X(Pl420, Bt601, RgbC3) X(Pl420, Bt601, BgrC3) X(Pl420, Bt601, BgrC4) X(Pl420, Csc, BgrC3)           \
     X(Pl420, Hdtv, BgrC4) X(Pl420Cr, Bt601, RgbC4) X(TpCbCr, Bt601, RgbC3) X(TpCbCr, Bt601, RgbC4)      \
     X(TpCbCr, Bt601, BgrC3) X(TpCbCr, Bt601, BgrC4) X(TpCrCb, Bt601, RgbC3) X(TpCrCb, Bt601, RgbC4)     \
-    X(TpCrCb, Bt601, BgrC3) X(TpCrCb, Bt601, BgrC4) X(Pl411, Bt601, BgrC3) X(Pl411, Bt601, BgrC4)
+    X(TpCrCb, Bt601, BgrC3) X(TpCrCb, Bt601, BgrC4) X(Pl411, Bt601, BgrC3) X(Pl411, Bt601, BgrC4)  \
+    X(Filter420, Bt601, BgrC4)
 
 template <class L, class A, class O>
 int rowAvx2(const Row& first, const Row& second);
@@ -222,8 +233,8 @@ template <class L, class A, class O>
 int rowAvx512(const Row& first, const Row& second);
 
 template <class L, class A, class O>
-void rowScalar(const Row& r, int from) {
-    for (int x = from; x < r.width; ++x) {
+void rowScalar(const Row& r, int from, int to) {
+    for (int x = from; x < to; ++x) {
         int cb, cr;
         L::chroma(r, x, cb, cr);
         O::put(r, x, A::pixel(r, x, L::luma(r, x), cb, cr));
@@ -256,7 +267,10 @@ TpxStatus convert(const Src& s, const Dst& d, TpxSize roi, uint8_t alpha) {
             O::bind(r[k], d, y + k);
         }
         const int done = simd ? simd(r[0], r[L::vsub - 1]) : 0;
-        for (int k = 0; k < L::vsub; ++k) rowScalar<L, A, O>(r[k], done);
+        for (int k = 0; k < L::vsub; ++k) {
+            if (done) rowScalar<L, A, O>(r[k], 0, L::simdStart);
+            rowScalar<L, A, O>(r[k], done, r[k].width);
+        }
     }
     return L::vsub == 2 && ((roi.width | roi.height) & 1) ? tpxStatusOddSize : tpxStatusOk;
 }

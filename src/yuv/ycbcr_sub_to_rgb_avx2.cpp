@@ -13,6 +13,7 @@ struct Avx2 {
     static I set16(int16_t v) { return _mm256_set1_epi16(v); }
     static I set8(char v) { return _mm256_set1_epi8(v); }
     static I and_(I a, I b) { return _mm256_and_si256(a, b); }
+    static I or_(I a, I b) { return _mm256_or_si256(a, b); }
     static I add(I a, I b) { return _mm256_add_epi16(a, b); }
     static I sub(I a, I b) { return _mm256_sub_epi16(a, b); }
     static I mulhiU(I a, I b) { return _mm256_mulhi_epu16(a, b); }

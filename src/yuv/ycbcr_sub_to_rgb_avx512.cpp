@@ -20,6 +20,7 @@ struct Avx512 {
     static I set16(int16_t v) { return _mm512_set1_epi16(v); }
     static I set8(char v) { return _mm512_set1_epi8(v); }
     static I and_(I a, I b) { return _mm512_and_si512(a, b); }
+    static I or_(I a, I b) { return _mm512_or_si512(a, b); }
     static I add(I a, I b) { return _mm512_add_epi16(a, b); }
     static I sub(I a, I b) { return _mm512_sub_epi16(a, b); }
     static I mulhiU(I a, I b) { return _mm512_mulhi_epu16(a, b); }

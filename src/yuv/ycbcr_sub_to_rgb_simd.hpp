@@ -23,6 +23,9 @@
 
 #include <immintrin.h>
 
+#include <algorithm>
+#include <type_traits>
+
 namespace tpx::yuv::sub::simd {
 
 template <class V>
@@ -71,6 +74,34 @@ struct Load<V, TwoPlane<CbOff>, T> {
         const auto c = order<V, T>(V::load(r.cb - CbOff + x));  // N/2 pairs start at byte x
         const auto first = V::and_(c, V::set16(0xff)), second = V::template srl16<8>(c);
         return {CbOff ? second : first, CbOff ? first : second};
+    }
+};
+
+// Filtered 4:2:0 chroma, one value per pixel: bytes of pixels 2*i0.. in
+// natural order (even pixel (3v(i) + v(i-1) + 8) >> 4 in the low byte of each
+// pair, odd pixel (3v(i) + v(i+1) + 8) >> 4 in the high byte), v = 3*near + far.
+template <class V>
+inline typename V::I filteredBytes(const uint8_t* near, const uint8_t* far, int i0) {
+    auto v = [&](int i) {
+        const auto n = V::widenHalf(near + i);
+        return V::add(V::add(n, n), V::add(n, V::widenHalf(far + i)));
+    };
+    const auto c = v(i0);
+    const auto c3 = V::add(V::add(c, c), V::add(c, V::set16(8)));
+    const auto even = V::template srl16<4>(V::add(c3, v(i0 - 1)));
+    const auto odd = V::template srl16<4>(V::add(c3, v(i0 + 1)));
+    return V::or_(even, V::template sll16<8>(odd));
+}
+
+template <class V, bool T>
+struct Load<V, Filter420, T> {
+    static Luma<V> luma(const Row& r, int x) { return lumaPlane<V, T>(r.y + x); }
+    // Chroma per pixel, halves A and B.
+    static void chroma(const Row& r, int x, Chroma<V>& a, Chroma<V>& b) {
+        const auto cb = order<V, T>(filteredBytes<V>(r.cb, r.cbFar, x / 2));
+        const auto cr = order<V, T>(filteredBytes<V>(r.cr, r.crFar, x / 2));
+        a = {V::unpackLo8(cb, V::zero()), V::unpackLo8(cr, V::zero())};
+        b = {V::unpackHi8(cb, V::zero()), V::unpackHi8(cr, V::zero())};
     }
 };
 
@@ -123,12 +154,27 @@ struct Arith;
 template <class V>
 struct Arith<V, Bt601> {
     static constexpr int shift = 3;
-    static Terms<V> terms(const Chroma<V>& c) {
+    // R, G and B chroma terms of the values in c (per pair or per pixel).
+    static void raw(const Chroma<V>& c, typename V::I& r, typename V::I& g, typename V::I& b) {
         const auto cb = V::template sll16<7>(c.cb), cr = V::template sll16<7>(c.cr);
+        r = V::sub(V::mulhiU(cr, V::set16(6537)), V::set16(1783));
+        g = V::sub(V::set16(1085), V::add(V::mulhiU(cb, V::set16(1606)), V::mulhiU(cr, V::set16(3330))));
+        b = V::sub(V::mulhiU(cb, V::set16(8262)), V::set16(2214));
+    }
+    static Terms<V> terms(const Chroma<V>& c) {
+        typename V::I r, g, b;
+        raw(c, r, g, b);
         Terms<V> t;
-        widen<V>(V::sub(V::mulhiU(cr, V::set16(6537)), V::set16(1783)), t.r);
-        widen<V>(V::sub(V::set16(1085), V::add(V::mulhiU(cb, V::set16(1606)), V::mulhiU(cr, V::set16(3330)))), t.g);
-        widen<V>(V::sub(V::mulhiU(cb, V::set16(8262)), V::set16(2214)), t.b);
+        widen<V>(r, t.r);
+        widen<V>(g, t.g);
+        widen<V>(b, t.b);
+        return t;
+    }
+    // Chroma per pixel: halves A and B directly.
+    static Terms<V> terms(const Chroma<V>& a, const Chroma<V>& b) {
+        Terms<V> t;
+        raw(a, t.r[0], t.g[0], t.b[0]);
+        raw(b, t.r[1], t.g[1], t.b[1]);
         return t;
     }
     static typename V::I luma(typename V::I yHigh) { return V::mulhiU(yHigh, V::set16(2384)); }
@@ -178,6 +224,8 @@ inline void put(const Row& r, int x, const Channels<V>& c) {
 }
 
 template <class L>
+constexpr bool isFilter = std::is_same_v<L, Filter420>;
+template <class L>
 constexpr bool isPacked = false;
 template <int Y, int B, int R>
 constexpr bool isPacked<Packed422<Y, B, R>> = true;
@@ -187,7 +235,13 @@ constexpr bool isPacked<Packed422<Y, B, R>> = true;
 template <class V, class L, class A, class O>
 inline void vectorAt(const Row& r0, const Row& r1, int x) {
     using In = Load<V, L, !O::planes>;
-    if constexpr (L::vsub == 2) {
+    if constexpr (isFilter<L>) {
+        for (const Row* r : {&r0, &r1}) {
+            Chroma<V> a, b;
+            In::chroma(*r, x, a, b);
+            put<V, O>(*r, x, apply<V, A>(In::luma(*r, x), Arith<V, A>::terms(a, b)));
+        }
+    } else if constexpr (L::vsub == 2) {
         const Terms<V> t = Arith<V, A>::terms(In::chroma(r0, x));
         put<V, O>(r0, x, apply<V, A>(In::luma(r0, x), t));
         put<V, O>(r1, x, apply<V, A>(In::luma(r1, x), t));
@@ -206,9 +260,9 @@ inline void vectorAt(const Row& r0, const Row& r1, int x) {
 // second row of the pair (else r1 is r0 and unused).
 template <class V, class L, class A, class O>
 int row(const Row& r0, const Row& r1) {
-    const int end = A::simdEnd(r0);
-    if (end < V::N) return 0;
-    int x = 0;
+    const int end = std::min(A::simdEnd(r0), L::simdLimit(r0));
+    if (end - L::simdStart < V::N) return 0;
+    int x = L::simdStart;
     for (; x + V::N <= end; x += V::N) vectorAt<V, L, A, O>(r0, r1, x);
     if (x < end) vectorAt<V, L, A, O>(r0, r1, end - V::N);
     return end;
