@@ -76,17 +76,19 @@ constexpr Rgb decSub601(int y, int cb, int cr) {
 }
 
 // ---- Decoders, BT.709 32-bit reference (coefficients at scale 65536) -------
+// Each constant is the black level (16 for studio luma, 128 for chroma) times
+// its coefficient, negated, plus 32768 for rounding; arithmetic shift; clamp.
+struct RefCoeffs {
+    int32_t luma, crToR, r0, cbToG, crToG, g0, cbToB, b0;  // G coefficients signed
+};
 // Studio range; note the luma factor 76284 (not the 76282 of BT.601).
-constexpr Rgb decRef709Csc(int y, int cb, int cr) {
-    return {clamp255((76284 * y + 117506 * cr - 16228544) >> 16),
-            clamp255((76284 * y - 13959 * cb - 34996 * cr + 5078464) >> 16),
-            clamp255((76284 * y + 138609 * cb - 18929728) >> 16)};
-}
+constexpr RefCoeffs kRef709Csc{76284, 117506, -16228544, -13959, -34996, 5078464, 138609, -18929728};
 // Full range: luma is not rescaled.
-constexpr Rgb decRef709Hdtv(int y, int cb, int cr) {
-    return {clamp255((65536 * y + 100925 * cr - 12885632) >> 16),
-            clamp255((65536 * y - 11993 * cb - 30081 * cr + 5418240) >> 16),
-            clamp255((65536 * y + 119013 * cb - 15200896) >> 16)};
+constexpr RefCoeffs kRef709Hdtv{65536, 100925, -12885632, -11993, -30081, 5418240, 119013, -15200896};
+constexpr Rgb decRef(int y, int cb, int cr, const RefCoeffs& k) {
+    return {clamp255((k.luma * y + k.crToR * cr + k.r0) >> 16),
+            clamp255((k.luma * y + k.cbToG * cb + k.crToG * cr + k.g0) >> 16),
+            clamp255((k.luma * y + k.cbToB * cb + k.b0) >> 16)};
 }
 // Full-range BT.709 in the block form: m(Y*128, 8192) is Y*16 exactly.
 constexpr BlockCoeffs kBlock709Hdtv{8192, 0, 12616, 1499, 3760, 14877};

@@ -149,11 +149,11 @@ struct Bt601 {
 // arithmetic, the remaining pairs the 32-bit reference.
 struct Csc709 {
     static constexpr const BlockCoeffs& k = kBlock709Csc;
-    static constexpr Rgb ref(int y, int cb, int cr) { return decRef709Csc(y, cb, cr); }
+    static constexpr const RefCoeffs& ref = kRef709Csc;
 };
 struct Hdtv709 {
     static constexpr const BlockCoeffs& k = kBlock709Hdtv;
-    static constexpr Rgb ref(int y, int cb, int cr) { return decRef709Hdtv(y, cb, cr); }
+    static constexpr const RefCoeffs& ref = kRef709Hdtv;
 };
 template <class M>
 struct Blocked709 {
@@ -161,14 +161,16 @@ struct Blocked709 {
     static constexpr const BlockCoeffs& k = M::k;
     static int simdEnd(const Row& r) { return r.blockEnd; }
     static Rgb pixel(const Row& r, int x, int y, int cb, int cr) {
-        return x < r.blockEnd ? decBlock(y, cb, cr, M::k) : M::ref(y, cb, cr);
+        return x < r.blockEnd ? decBlock(y, cb, cr, M::k) : decRef(y, cb, cr, M::ref);
     }
 };
 // The reference for every pixel (packed BT.709 4:2:2).
 template <class M>
 struct Reference709 {
-    static constexpr bool simd = false;
-    static Rgb pixel(const Row&, int, int y, int cb, int cr) { return M::ref(y, cb, cr); }
+    static constexpr bool simd = true;
+    static constexpr const RefCoeffs& k = M::ref;
+    static int simdEnd(const Row& r) { return r.width; }
+    static Rgb pixel(const Row&, int, int y, int cb, int cr) { return decRef(y, cb, cr, M::ref); }
 };
 
 // ---- Destinations ----------------------------------------------------------
@@ -225,7 +227,7 @@ using BgrC4 = Interleaved<true, 4>;
     X(Pl420, Hdtv, BgrC4) X(Pl420Cr, Bt601, RgbC4) X(TpCbCr, Bt601, RgbC3) X(TpCbCr, Bt601, RgbC4)      \
     X(TpCbCr, Bt601, BgrC3) X(TpCbCr, Bt601, BgrC4) X(TpCrCb, Bt601, RgbC3) X(TpCrCb, Bt601, RgbC4)     \
     X(TpCrCb, Bt601, BgrC3) X(TpCrCb, Bt601, BgrC4) X(Pl411, Bt601, BgrC3) X(Pl411, Bt601, BgrC4)  \
-    X(Filter420, Bt601, BgrC4)
+    X(Filter420, Bt601, BgrC4) X(PkCbYCr, Reference709<Hdtv709>, BgrC3) X(PkCbYCr, Reference709<Hdtv709>, BgrC4)
 
 template <class L, class A, class O>
 int rowAvx2(const Row& first, const Row& second);

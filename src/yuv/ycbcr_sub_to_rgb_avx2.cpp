@@ -17,6 +17,11 @@ struct Avx2 {
     static I add(I a, I b) { return _mm256_add_epi16(a, b); }
     static I sub(I a, I b) { return _mm256_sub_epi16(a, b); }
     static I mulhiU(I a, I b) { return _mm256_mulhi_epu16(a, b); }
+    static I set32(int32_t v) { return _mm256_set1_epi32(v); }
+    static I add32(I a, I b) { return _mm256_add_epi32(a, b); }
+    static I mullo32(I a, I b) { return _mm256_mullo_epi32(a, b); }
+    static I packs32(I a, I b) { return _mm256_packs_epi32(a, b); }
+    template <int n> static I sra32(I a) { return _mm256_srai_epi32(a, n); }
     static I mulhiS(I a, I b) { return _mm256_mulhi_epi16(a, b); }
     template <int n> static I sll16(I a) { return _mm256_slli_epi16(a, n); }
     template <int n> static I srl16(I a) { return _mm256_srli_epi16(a, n); }

@@ -24,6 +24,11 @@ struct Avx512 {
     static I add(I a, I b) { return _mm512_add_epi16(a, b); }
     static I sub(I a, I b) { return _mm512_sub_epi16(a, b); }
     static I mulhiU(I a, I b) { return _mm512_mulhi_epu16(a, b); }
+    static I set32(int32_t v) { return _mm512_set1_epi32(v); }
+    static I add32(I a, I b) { return _mm512_add_epi32(a, b); }
+    static I mullo32(I a, I b) { return _mm512_mullo_epi32(a, b); }
+    static I packs32(I a, I b) { return _mm512_packs_epi32(a, b); }
+    template <int n> static I sra32(I a) { return _mm512_srai_epi32(a, n); }
     static I mulhiS(I a, I b) { return _mm512_mulhi_epi16(a, b); }
     template <int n> static I sll16(I a) { return _mm512_slli_epi16(a, n); }
     template <int n> static I srl16(I a) { return _mm512_srli_epi16(a, n); }

@@ -200,6 +200,33 @@ struct Arith<V, Blocked709<M>> {
     }
 };
 
+// Full-range BT.709 reference: with the luma factor 65536 the luma term is Y
+// itself, so each channel is Y + floor((chroma terms + constant) / 65536),
+// computed per pair in 32-bit lanes.
+template <class V, class M>
+struct Arith<V, Reference709<M>> {
+    using I = typename V::I;
+    static constexpr const RefCoeffs& k = M::ref;
+    static_assert(k.luma == 65536, "luma enters unscaled");
+    static constexpr int shift = 0;
+    static I term(I cb, I cr, int32_t kCb, int32_t kCr, int32_t k0) {
+        auto half = [&](I b, I r) {
+            const I sum = V::add32(V::add32(V::mullo32(b, V::set32(kCb)), V::mullo32(r, V::set32(kCr))), V::set32(k0));
+            return V::template sra32<16>(sum);
+        };
+        return V::packs32(half(V::unpackLo16(cb, V::zero()), V::unpackLo16(cr, V::zero())),
+                          half(V::unpackHi16(cb, V::zero()), V::unpackHi16(cr, V::zero())));
+    }
+    static Terms<V> terms(const Chroma<V>& c) {
+        Terms<V> t;
+        widen<V>(term(c.cb, c.cr, 0, k.crToR, k.r0), t.r);
+        widen<V>(term(c.cb, c.cr, k.cbToG, k.crToG, k.g0), t.g);
+        widen<V>(term(c.cb, c.cr, k.cbToB, 0, k.b0), t.b);
+        return t;
+    }
+    static I luma(I yHigh) { return V::template srl16<8>(yHigh); }
+};
+
 template <class V, class A>
 inline Channels<V> apply(const Luma<V>& y, const Terms<V>& t) {
     const auto ya = Arith<V, A>::luma(y.a), yb = Arith<V, A>::luma(y.b);
