@@ -26,6 +26,35 @@
 #include <algorithm>
 #include <type_traits>
 
+// The operations of an instruction-set class that differ only in the prefix
+// of their intrinsics (P: _mm256 or _mm512; SI: si256 or si512).
+#define TPX_DEC_SUB_COMMON_OPS(P, SI)                                              \
+    static I zero() { return P##_setzero_##SI(); }                                 \
+    static I set8(char v) { return P##_set1_epi8(v); }                             \
+    static I set16(int16_t v) { return P##_set1_epi16(v); }                        \
+    static I set32(int32_t v) { return P##_set1_epi32(v); }                        \
+    static I and_(I a, I b) { return P##_and_##SI(a, b); }                         \
+    static I or_(I a, I b) { return P##_or_##SI(a, b); }                           \
+    static I add(I a, I b) { return P##_add_epi16(a, b); }                         \
+    static I sub(I a, I b) { return P##_sub_epi16(a, b); }                         \
+    static I add32(I a, I b) { return P##_add_epi32(a, b); }                       \
+    static I mulhiU(I a, I b) { return P##_mulhi_epu16(a, b); }                    \
+    static I mulhiS(I a, I b) { return P##_mulhi_epi16(a, b); }                    \
+    static I mullo32(I a, I b) { return P##_mullo_epi32(a, b); }                   \
+    template <int n> static I sll16(I a) { return P##_slli_epi16(a, n); }          \
+    template <int n> static I srl16(I a) { return P##_srli_epi16(a, n); }          \
+    template <int n> static I sra16(I a) { return P##_srai_epi16(a, n); }          \
+    template <int n> static I sra32(I a) { return P##_srai_epi32(a, n); }          \
+    static I unpackLo8(I a, I b) { return P##_unpacklo_epi8(a, b); }               \
+    static I unpackHi8(I a, I b) { return P##_unpackhi_epi8(a, b); }               \
+    static I unpackLo16(I a, I b) { return P##_unpacklo_epi16(a, b); }             \
+    static I unpackHi16(I a, I b) { return P##_unpackhi_epi16(a, b); }             \
+    static I unpackLo64(I a, I b) { return P##_unpacklo_epi64(a, b); }             \
+    static I unpackHi64(I a, I b) { return P##_unpackhi_epi64(a, b); }             \
+    static I packus16(I a, I b) { return P##_packus_epi16(a, b); }                 \
+    static I packs32(I a, I b) { return P##_packs_epi32(a, b); }                   \
+    static I shuffle8(I a, I m) { return P##_shuffle_epi8(a, m); }
+
 namespace tpx::yuv::sub::simd {
 
 template <class V>
@@ -235,6 +264,17 @@ inline Channels<V> apply(const Luma<V>& y, const Terms<V>& t) {
 }
 
 // ---- Storing ---------------------------------------------------------------
+// Four-byte pixels of channels a, b, c, d in transposed order: q[i] holds the
+// N/4 pixels from i*N/4 on.
+template <class V>
+inline void interleave4(typename V::I a, typename V::I b, typename V::I c, typename V::I d, typename V::I q[4]) {
+    const auto ab0 = V::unpackLo8(a, b), ab1 = V::unpackHi8(a, b);
+    const auto cd0 = V::unpackLo8(c, d), cd1 = V::unpackHi8(c, d);
+    q[0] = V::unpackLo16(ab0, cd0);
+    q[1] = V::unpackHi16(ab0, cd0);
+    q[2] = V::unpackLo16(ab1, cd1);
+    q[3] = V::unpackHi16(ab1, cd1);
+}
 template <class V, class O>
 inline void put(const Row& r, int x, const Channels<V>& c) {
     if constexpr (O::planes) {
@@ -243,10 +283,14 @@ inline void put(const Row& r, int x, const Channels<V>& c) {
         V::store(r.d[2] + x, c.b);
     } else {
         const auto first = O::bgr ? c.b : c.r, third = O::bgr ? c.r : c.b;
-        if constexpr (O::channels == 4)
-            V::storeC4T(r.d[0] + 4 * x, first, c.g, third, V::set8(char(r.alpha)));
-        else
-            V::storeC3T(r.d[0] + 3 * x, first, c.g, third);
+        typename V::I q[4];
+        interleave4<V>(first, c.g, third, V::set8(char(r.alpha)), q);
+        for (int i = 0; i < 4; ++i) {
+            if constexpr (O::channels == 4)
+                V::store(r.d[0] + 4 * x + i * V::N, q[i]);
+            else
+                V::store3of4(r.d[0] + 3 * x + i * (3 * V::N / 4), q[i]);
+        }
     }
 }
 
