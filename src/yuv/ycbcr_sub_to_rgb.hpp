@@ -4,8 +4,9 @@
 //   A  the arithmetic (BT.601 3-fractional-bit scheme, BT.709 block + reference),
 //   O  the destination (channel order, 3 or 4 channels, or three planes).
 // The scalar row function defines the results; the SIMD row functions
-// (ycbcr_sub_to_rgb_simd.hpp) convert whole vector blocks from the row start
-// and return how many pixels they did; the scalar function finishes the row.
+// (ycbcr_sub_to_rgb_simd.hpp) convert whole vectors from the row start (the
+// filtered member: from its second pair) and return where they stopped; the
+// scalar function does the rest of the row.
 #pragma once
 
 #include "frame/cpu.hpp"

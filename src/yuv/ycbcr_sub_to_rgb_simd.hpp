@@ -16,7 +16,9 @@
 // BT.601: (Y<<8) * 2384 high half is floor(Y*128*4768 / 65536); chroma terms
 // floor((C<<7) * c / 65536) are unsigned 16-bit high products, computed once
 // per pair. BT.709 blocks: signed high products of the centred values
-// prescaled by 128, then +8 and >> 4. packus clamps to 0..255.
+// prescaled by 128, then +8 and >> 4. Full-range BT.709 reference: 32-bit
+// products per pair. The filtered 4:2:0 member computes chroma per pixel.
+// packus clamps to 0..255.
 #pragma once
 
 #include "yuv/ycbcr_sub_to_rgb.hpp"
