@@ -95,6 +95,47 @@ TPXCC_API const TpxLibraryVersion* tpxccGetLibVersion(void);
 /* end of RGB to subsampled YCbCr */
 
 /* ---- Subsampled YCbCr to RGB -------------------------------------------- */
+/* Decoders from studio-range YCbCr with subsampled chroma to RGB/BGR. Chroma
+ * is replicated over its block (the Filter member interpolates it). 4:2:0
+ * members convert whole 2x2 blocks and return tpxStatusOddSize (+35) when the
+ * width or height is odd, leaving the last column/row unwritten; 4:2:2 and
+ * 4:1:1 members convert whole pairs/quads of each row and return 0. C4
+ * members write `alpha` into the fourth byte of every pixel they write. */
+TPXCC_API TpxStatus tpxiYCbCr422ToRGB_8u_C2C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr422ToRGB_8u_C2C4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, Tpx8u alpha);
+TPXCC_API TpxStatus tpxiYCbCr422ToBGR_8u_C2C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr422ToBGR_8u_C2C4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, Tpx8u alpha);
+TPXCC_API TpxStatus tpxiYCbCr422ToRGB_8u_C2P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCrCb422ToRGB_8u_C2C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCrCb422ToRGB_8u_C2C4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, Tpx8u alpha);
+TPXCC_API TpxStatus tpxiYCrCb422ToBGR_8u_C2C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCrCb422ToBGR_8u_C2C4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, Tpx8u alpha);
+TPXCC_API TpxStatus tpxiYCrCb422ToRGB_8u_C2P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiCbYCr422ToRGB_8u_C2C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiCbYCr422ToBGR_8u_C2C4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, Tpx8u alpha);
+TPXCC_API TpxStatus tpxiCbYCr422ToBGR_709HDTV_8u_C2C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiCbYCr422ToBGR_709HDTV_8u_C2C4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, Tpx8u alpha);
+TPXCC_API TpxStatus tpxiYCbCr422ToRGB_8u_P3C3R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr422ToBGR_8u_P3C3R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr420ToRGB_8u_P3C3R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr420ToBGR_8u_P3C3R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr420ToBGR_8u_P3C4R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* pDst, int dstStep, TpxSize roiSize, Tpx8u alpha);
+TPXCC_API TpxStatus tpxiYCbCr420ToBGR_709CSC_8u_P3C3R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr420ToBGR_709HDTV_8u_P3C4R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* pDst, int dstStep, TpxSize roiSize, Tpx8u alpha);
+/* Planes and steps in the order Y, Cr, Cb. */
+TPXCC_API TpxStatus tpxiYCrCb420ToRGB_8u_P3C4R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* pDst, int dstStep, TpxSize roiSize, Tpx8u alpha);
+TPXCC_API TpxStatus tpxiYCrCb420ToBGR_Filter_8u_P3C4R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* pDst, int dstStep, TpxSize roiSize, Tpx8u alpha);
+/* Two planes: luma, then interleaved chroma pairs (Cb, Cr or Cr, Cb). */
+TPXCC_API TpxStatus tpxiYCbCr420ToRGB_8u_P2C3R(const Tpx8u* pSrcY, int srcYStep, const Tpx8u* pSrcCbCr, int srcCbCrStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr420ToRGB_8u_P2C4R(const Tpx8u* pSrcY, int srcYStep, const Tpx8u* pSrcCbCr, int srcCbCrStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, Tpx8u alpha);
+TPXCC_API TpxStatus tpxiYCbCr420ToBGR_8u_P2C3R(const Tpx8u* pSrcY, int srcYStep, const Tpx8u* pSrcCbCr, int srcCbCrStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr420ToBGR_8u_P2C4R(const Tpx8u* pSrcY, int srcYStep, const Tpx8u* pSrcCbCr, int srcCbCrStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, Tpx8u alpha);
+TPXCC_API TpxStatus tpxiYCrCb420ToRGB_8u_P2C3R(const Tpx8u* pSrcY, int srcYStep, const Tpx8u* pSrcCrCb, int srcCrCbStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCrCb420ToRGB_8u_P2C4R(const Tpx8u* pSrcY, int srcYStep, const Tpx8u* pSrcCrCb, int srcCrCbStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, Tpx8u alpha);
+TPXCC_API TpxStatus tpxiYCrCb420ToBGR_8u_P2C3R(const Tpx8u* pSrcY, int srcYStep, const Tpx8u* pSrcCrCb, int srcCrCbStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCrCb420ToBGR_8u_P2C4R(const Tpx8u* pSrcY, int srcYStep, const Tpx8u* pSrcCrCb, int srcCrCbStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, Tpx8u alpha);
+TPXCC_API TpxStatus tpxiYCbCr411ToBGR_8u_P3C3R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr411ToBGR_8u_P3C4R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* pDst, int dstStep, TpxSize roiSize, Tpx8u alpha);
 /* end of subsampled YCbCr to RGB */
 
 /* ---- Gray conversions ---------------------------------------------------- */

@@ -62,4 +62,35 @@ constexpr Rgb decBlock(int y, int cb, int cr, const BlockCoeffs& k) {
             clamp255(int16_t(ys + mulHigh(cbs, k.cbToB) + 8) >> 4)};
 }
 
+// ---- Decoder, BT.601 16-bit with 3 fractional bits (subsampled members) ----
+// Each term is floor(v*128*c / 65536) of the uncentred byte v with c at scale
+// 4096 (the high half of an unsigned 16 x 16-bit product); the black levels
+// are folded into the constants in units of 1/8 with no rounding half, so the
+// final shift truncates: Y = 235 with neutral chroma gives 254, 255, 254.
+constexpr int decTerm3(int v, int c) { return (v * 128 * c) >> 16; }
+constexpr Rgb decSub601(int y, int cb, int cr) {
+    const int ys = decTerm3(y, 4768);
+    return {clamp255((ys + decTerm3(cr, 6537) - 1783) >> 3),
+            clamp255((ys + 1085 - (decTerm3(cb, 1606) + decTerm3(cr, 3330))) >> 3),
+            clamp255((ys + decTerm3(cb, 8262) - 2214) >> 3)};
+}
+
+// ---- Decoders, BT.709 32-bit reference (coefficients at scale 65536) -------
+// Each constant is the black level (16 for studio luma, 128 for chroma) times
+// its coefficient, negated, plus 32768 for rounding; arithmetic shift; clamp.
+struct RefCoeffs {
+    int32_t luma, crToR, r0, cbToG, crToG, g0, cbToB, b0;  // G coefficients signed
+};
+// Studio range; note the luma factor 76284 (not the 76282 of BT.601).
+constexpr RefCoeffs kRef709Csc{76284, 117506, -16228544, -13959, -34996, 5078464, 138609, -18929728};
+// Full range: luma is not rescaled.
+constexpr RefCoeffs kRef709Hdtv{65536, 100925, -12885632, -11993, -30081, 5418240, 119013, -15200896};
+constexpr Rgb decRef(int y, int cb, int cr, const RefCoeffs& k) {
+    return {clamp255((k.luma * y + k.crToR * cr + k.r0) >> 16),
+            clamp255((k.luma * y + k.cbToG * cb + k.crToG * cr + k.g0) >> 16),
+            clamp255((k.luma * y + k.cbToB * cb + k.b0) >> 16)};
+}
+// Full-range BT.709 in the block form: m(Y*128, 8192) is Y*16 exactly.
+constexpr BlockCoeffs kBlock709Hdtv{8192, 0, 12616, 1499, 3760, 14877};
+
 }  // namespace tpx::yuv
