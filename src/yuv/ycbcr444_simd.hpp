@@ -1,0 +1,335 @@
+// SIMD row functions of the RGB <-> YCbCr 4:4:4 conversions, one body for
+// AVX2 and AVX-512: ycbcr444_avx2.cpp and ycbcr444_avx512.cpp each include
+// this file once with TPX_YUV444_ISA naming their namespace; the vector
+// primitives below are chosen by the instruction set the file is compiled for
+// and have internal linkage, so the two copies never mix.
+//
+// Layout of a vector of bytes: 128-bit lane k holds pixels 16k..16k+15 of one
+// channel ("lane-split"). Interleaved pixels are then moved in and out with
+// in-lane byte shuffles on 16-pixel groups, and widening to 16 bits (unpack
+// low/high) and narrowing (pack) keep that order without cross-lane moves.
+// Every function here reproduces the scalar arithmetic of ycbcr_math.hpp bit
+// for bit.
+#ifndef TPX_YUV444_ISA
+#error "define TPX_YUV444_ISA (avx2 or avx512) before including this file"
+#endif
+
+#include "yuv/ycbcr444.hpp"
+
+#include <immintrin.h>
+
+namespace tpx::yuv444 {
+namespace {
+
+// ---- Vector primitives of the instruction set ------------------------------
+#if defined(__AVX512BW__)
+using V = __m512i;
+constexpr int kLanes = 4;
+inline V zero() { return _mm512_setzero_si512(); }
+inline V set8(uint8_t v) { return _mm512_set1_epi8(char(v)); }
+inline V set16(int v) { return _mm512_set1_epi16(short(v)); }
+inline V set32(int v) { return _mm512_set1_epi32(v); }
+// The all-ones zero-masking forms below are the plain instructions; they avoid
+// the undefined pass-through operand of the unmasked intrinsics.
+inline V lanes(const __m128i m) { return _mm512_maskz_broadcast_i32x4(0xFFFF, m); }
+inline V load(const uint8_t* p) { return _mm512_loadu_si512(p); }
+inline void store(uint8_t* p, V v) { _mm512_storeu_si512(p, v); }
+inline __m128i load128(const uint8_t* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
+inline void store128(uint8_t* p, __m128i v) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v); }
+// Lane k from / to the 16 bytes at p + k * stride.
+inline V loadLanes(const uint8_t* p, int stride) {
+    V v = _mm512_castsi128_si512(load128(p));
+    v = _mm512_inserti32x4(v, load128(p + stride), 1);
+    v = _mm512_inserti32x4(v, load128(p + 2 * stride), 2);
+    return _mm512_inserti32x4(v, load128(p + 3 * stride), 3);
+}
+inline void storeLanes(uint8_t* p, int stride, V v) {
+    store128(p, _mm512_castsi512_si128(v));
+    store128(p + stride, _mm512_maskz_extracti32x4_epi32(0xF, v, 1));
+    store128(p + 2 * stride, _mm512_maskz_extracti32x4_epi32(0xF, v, 2));
+    store128(p + 3 * stride, _mm512_maskz_extracti32x4_epi32(0xF, v, 3));
+}
+inline V shuffle(V v, V m) { return _mm512_shuffle_epi8(v, m); }
+inline V orV(V a, V b) { return _mm512_or_si512(a, b); }
+inline V xorV(V a, V b) { return _mm512_xor_si512(a, b); }
+inline V lo8(V a, V b) { return _mm512_unpacklo_epi8(a, b); }
+inline V hi8(V a, V b) { return _mm512_unpackhi_epi8(a, b); }
+inline V lo16(V a, V b) { return _mm512_unpacklo_epi16(a, b); }
+inline V hi16(V a, V b) { return _mm512_unpackhi_epi16(a, b); }
+inline V lo32(V a, V b) { return _mm512_unpacklo_epi32(a, b); }
+inline V hi32(V a, V b) { return _mm512_unpackhi_epi32(a, b); }
+inline V lo64(V a, V b) { return _mm512_unpacklo_epi64(a, b); }
+inline V hi64(V a, V b) { return _mm512_unpackhi_epi64(a, b); }
+inline V add16(V a, V b) { return _mm512_add_epi16(a, b); }
+inline V sub16(V a, V b) { return _mm512_sub_epi16(a, b); }
+template <int N> V shl16(V a) { return _mm512_slli_epi16(a, N); }
+template <int N> V shr16(V a) { return _mm512_srli_epi16(a, N); }
+template <int N> V sar16(V a) { return _mm512_srai_epi16(a, N); }
+inline V mulhi16(V a, V b) { return _mm512_mulhi_epi16(a, b); }
+inline V mulhrs16(V a, V b) { return _mm512_mulhrs_epi16(a, b); }
+inline V madd16(V a, V b) { return _mm512_madd_epi16(a, b); }
+inline V add32(V a, V b) { return _mm512_add_epi32(a, b); }
+template <int N> V shr32(V a) { return _mm512_maskz_srli_epi32(0xFFFF, a, N); }
+inline V packus32(V a, V b) { return _mm512_packus_epi32(a, b); }
+inline V packus16(V a, V b) { return _mm512_packus_epi16(a, b); }
+#elif defined(__AVX2__)
+using V = __m256i;
+constexpr int kLanes = 2;
+inline V zero() { return _mm256_setzero_si256(); }
+inline V set8(uint8_t v) { return _mm256_set1_epi8(char(v)); }
+inline V set16(int v) { return _mm256_set1_epi16(short(v)); }
+inline V set32(int v) { return _mm256_set1_epi32(v); }
+inline V lanes(const __m128i m) { return _mm256_broadcastsi128_si256(m); }
+inline V load(const uint8_t* p) { return _mm256_loadu_si256(reinterpret_cast<const V*>(p)); }
+inline void store(uint8_t* p, V v) { _mm256_storeu_si256(reinterpret_cast<V*>(p), v); }
+inline V loadLanes(const uint8_t* p, int stride) {
+    return _mm256_loadu2_m128i(reinterpret_cast<const __m128i*>(p + stride), reinterpret_cast<const __m128i*>(p));
+}
+inline void storeLanes(uint8_t* p, int stride, V v) {
+    _mm256_storeu2_m128i(reinterpret_cast<__m128i*>(p + stride), reinterpret_cast<__m128i*>(p), v);
+}
+inline V shuffle(V v, V m) { return _mm256_shuffle_epi8(v, m); }
+inline V orV(V a, V b) { return _mm256_or_si256(a, b); }
+inline V xorV(V a, V b) { return _mm256_xor_si256(a, b); }
+inline V lo8(V a, V b) { return _mm256_unpacklo_epi8(a, b); }
+inline V hi8(V a, V b) { return _mm256_unpackhi_epi8(a, b); }
+inline V lo16(V a, V b) { return _mm256_unpacklo_epi16(a, b); }
+inline V hi16(V a, V b) { return _mm256_unpackhi_epi16(a, b); }
+inline V lo32(V a, V b) { return _mm256_unpacklo_epi32(a, b); }
+inline V hi32(V a, V b) { return _mm256_unpackhi_epi32(a, b); }
+inline V lo64(V a, V b) { return _mm256_unpacklo_epi64(a, b); }
+inline V hi64(V a, V b) { return _mm256_unpackhi_epi64(a, b); }
+inline V add16(V a, V b) { return _mm256_add_epi16(a, b); }
+inline V sub16(V a, V b) { return _mm256_sub_epi16(a, b); }
+template <int N> V shl16(V a) { return _mm256_slli_epi16(a, N); }
+template <int N> V shr16(V a) { return _mm256_srli_epi16(a, N); }
+template <int N> V sar16(V a) { return _mm256_srai_epi16(a, N); }
+inline V mulhi16(V a, V b) { return _mm256_mulhi_epi16(a, b); }
+inline V mulhrs16(V a, V b) { return _mm256_mulhrs_epi16(a, b); }
+inline V madd16(V a, V b) { return _mm256_madd_epi16(a, b); }
+inline V add32(V a, V b) { return _mm256_add_epi32(a, b); }
+template <int N> V shr32(V a) { return _mm256_srli_epi32(a, N); }
+inline V packus32(V a, V b) { return _mm256_packus_epi32(a, b); }
+inline V packus16(V a, V b) { return _mm256_packus_epi16(a, b); }
+#else
+#error "ycbcr444_simd.hpp needs AVX2 or AVX-512BW"
+#endif
+
+constexpr int kStep = 16 * kLanes;  // pixels per iteration
+
+// ---- Byte shuffles within a 16-pixel group ---------------------------------
+struct Mask {
+    uint8_t b[16];
+};
+constexpr uint8_t kNone = 0x80;  // shuffle index that yields zero
+
+// Channel c of 16 interleaved 3-byte pixels, from 16-byte chunk m of the 48.
+constexpr Mask gather3(int m, int c) {
+    Mask k{};
+    for (int p = 0; p < 16; ++p) k.b[p] = (3 * p + c) / 16 == m ? uint8_t((3 * p + c) % 16) : kNone;
+    return k;
+}
+// Chunk m of the 48 interleaved bytes, from the 16 bytes of channel c.
+constexpr Mask scatter3(int m, int c) {
+    Mask k{};
+    for (int i = 0; i < 16; ++i) k.b[i] = (16 * m + i) % 3 == c ? uint8_t((16 * m + i) / 3) : kNone;
+    return k;
+}
+// Four 4-byte pixels regrouped by channel: c0 c0 c0 c0 c1 c1 c1 c1 ...
+constexpr Mask byChannel4() {
+    Mask k{};
+    for (int c = 0; c < 4; ++c)
+        for (int j = 0; j < 4; ++j) k.b[4 * c + j] = uint8_t(4 * j + c);
+    return k;
+}
+// From R,G,B,x pixels, 16-bit pairs of two channels (c1 = -1: the pair's
+// upper half zero) as the multiply-add takes them.
+constexpr Mask pairs(int c0, int c1) {
+    Mask k{};
+    for (int j = 0; j < 4; ++j) {
+        k.b[4 * j] = uint8_t(4 * j + c0);
+        k.b[4 * j + 1] = kNone;
+        k.b[4 * j + 2] = c1 < 0 ? kNone : uint8_t(4 * j + c1);
+        k.b[4 * j + 3] = kNone;
+    }
+    return k;
+}
+inline V mask(const Mask& m) { return lanes(_mm_loadu_si128(reinterpret_cast<const __m128i*>(m.b))); }
+
+// Two 16-bit values in every 32-bit element, for the multiply-add.
+inline V pair16(int lo, int hi) { return set32(int(uint32_t(uint16_t(lo)) | uint32_t(uint16_t(hi)) << 16)); }
+
+// ---- Moving 16-pixel groups in and out of lane-split channel vectors ------
+struct Tri {
+    V c[3];
+};
+
+inline Tri deinterleave3(const uint8_t* p) {
+    static constexpr Mask m[3][3] = {{gather3(0, 0), gather3(0, 1), gather3(0, 2)},
+                                     {gather3(1, 0), gather3(1, 1), gather3(1, 2)},
+                                     {gather3(2, 0), gather3(2, 1), gather3(2, 2)}};
+    const V a = loadLanes(p, 48), b = loadLanes(p + 16, 48), c = loadLanes(p + 32, 48);
+    Tri t;
+    for (int ch = 0; ch < 3; ++ch)
+        t.c[ch] = orV(orV(shuffle(a, mask(m[0][ch])), shuffle(b, mask(m[1][ch]))), shuffle(c, mask(m[2][ch])));
+    return t;
+}
+
+inline void interleave3(uint8_t* p, const Tri& t) {
+    static constexpr Mask m[3][3] = {{scatter3(0, 0), scatter3(0, 1), scatter3(0, 2)},
+                                     {scatter3(1, 0), scatter3(1, 1), scatter3(1, 2)},
+                                     {scatter3(2, 0), scatter3(2, 1), scatter3(2, 2)}};
+    for (int k = 0; k < 3; ++k)
+        storeLanes(p + 16 * k, 48,
+                   orV(orV(shuffle(t.c[0], mask(m[k][0])), shuffle(t.c[1], mask(m[k][1]))),
+                       shuffle(t.c[2], mask(m[k][2]))));
+}
+
+// The first three channels of 16-pixel groups of 4-byte pixels.
+inline Tri deinterleave4(const uint8_t* p) {
+    static constexpr Mask group = byChannel4();
+    V q[4];
+    for (int j = 0; j < 4; ++j) q[j] = shuffle(loadLanes(p + 16 * j, 64), mask(group));
+    const V a = lo32(q[0], q[1]), b = lo32(q[2], q[3]), c = hi32(q[0], q[1]), d = hi32(q[2], q[3]);
+    return {{lo64(a, b), hi64(a, b), lo64(c, d)}};
+}
+
+// Four channels to 4-byte pixels: out[j] lane k holds pixels 16k+4j..16k+4j+3.
+inline void interleave4(const Tri& t, V fourth, V out[4]) {
+    const V ab0 = lo8(t.c[0], t.c[1]), ab1 = hi8(t.c[0], t.c[1]);
+    const V cd0 = lo8(t.c[2], fourth), cd1 = hi8(t.c[2], fourth);
+    out[0] = lo16(ab0, cd0);
+    out[1] = hi16(ab0, cd0);
+    out[2] = lo16(ab1, cd1);
+    out[3] = hi16(ab1, cd1);
+}
+
+template <Pack S>
+inline Tri loadTri(const Row& r, int x) {
+    if constexpr (S == Pack::P3) return {{load(r.src[0] + x), load(r.src[1] + x), load(r.src[2] + x)}};
+    else if constexpr (S == Pack::C3) return deinterleave3(r.src[0] + 3 * x);
+    else return deinterleave4(r.src[0] + 4 * x);
+}
+
+template <Pack D>
+inline void storeTri(const Row& r, int x, const Tri& t) {
+    static_assert(D != Pack::AC4, "AC4 destinations are written by the scalar rows");
+    if constexpr (D == Pack::P3) {
+        for (int c = 0; c < 3; ++c) store(r.dst[c] + x, t.c[c]);
+    } else if constexpr (D == Pack::C3) {
+        interleave3(r.dst[0] + 3 * x, t);
+    } else {
+        V px[4];
+        interleave4(t, set8(r.alpha), px);
+        for (int j = 0; j < 4; ++j) storeLanes(r.dst[0] + 4 * x + 16 * j, 64, px[j]);
+    }
+}
+
+// ---- Encoder ----------------------------------------------------------------
+// 16-bit block arithmetic: t(v, c) = (v*128*c + 16384) >> 15 is the rounding
+// high multiply of v << 7 by c; sums wrap at 16 bits, >> 6, pack clamps.
+inline void encodeBlock16(V r, V g, V b, V& y, V& cb, V& cr) {
+    const V r7 = shl16<7>(r), g7 = shl16<7>(g), b7 = shl16<7>(b);
+    y = sar16<6>(add16(add16(add16(mulhrs16(r7, set16(4211)), mulhrs16(g7, set16(8258))),
+                             mulhrs16(b7, set16(1606))),
+                       set16(1056)));
+    cb = sar16<6>(add16(sub16(mulhrs16(b7, set16(7193)), add16(mulhrs16(r7, set16(2425)), mulhrs16(g7, set16(4768)))),
+                        set16(8224)));
+    cr = sar16<6>(add16(sub16(mulhrs16(r7, set16(7193)), add16(mulhrs16(g7, set16(6029)), mulhrs16(b7, set16(1163)))),
+                        set16(8224)));
+}
+
+template <Pack S, Pack D>
+int encodeBlockRow(const Row& r) {
+    const V z = zero();
+    int x = 0;
+    for (; x <= r.width - kStep; x += kStep) {
+        const Tri in = loadTri<S>(r, x);
+        V lo[3], hi[3];
+        encodeBlock16(lo8(in.c[0], z), lo8(in.c[1], z), lo8(in.c[2], z), lo[0], lo[1], lo[2]);
+        encodeBlock16(hi8(in.c[0], z), hi8(in.c[1], z), hi8(in.c[2], z), hi[0], hi[1], hi[2]);
+        storeTri<D>(r, x, {{packus16(lo[0], hi[0]), packus16(lo[1], hi[1]), packus16(lo[2], hi[2])}});
+    }
+    return x;
+}
+
+// 32-bit reference on R,G,B,x pixels in 32-bit elements, with multiply-adds of
+// 16-bit pairs: Y = (R,G).(16843,16515) + (G,B).(16515,6423) + 1081344, and the
+// chroma offset 8421376 as 512 * 16448 in the (B,512) pair; >> 16.
+inline void encodeRef32(V px, V& y, V& cb, V& cr) {
+    static constexpr Mask mRG = pairs(0, 1), mGB = pairs(1, 2), mB = pairs(2, -1);
+    const V rg = shuffle(px, mask(mRG)), gb = shuffle(px, mask(mGB));
+    const V bk = orV(shuffle(px, mask(mB)), set32(512 << 16));
+    y = shr32<16>(add32(add32(madd16(rg, pair16(16843, 16515)), madd16(gb, pair16(16515, 6423))), set32(1081344)));
+    cb = shr32<16>(add32(madd16(rg, pair16(-9699, -19071)), madd16(bk, pair16(28770, 16448))));
+    cr = shr32<16>(add32(madd16(rg, pair16(28770, -24117)), madd16(bk, pair16(-4653, 16448))));
+}
+
+template <Pack S>
+int encodeRefRowP3(const Row& r) {
+    int x = 0;
+    for (; x <= r.width - kStep; x += kStep) {
+        V px[4];
+        if constexpr (S == Pack::AC4) {
+            for (int j = 0; j < 4; ++j) px[j] = loadLanes(r.src[0] + 4 * x + 16 * j, 64);
+        } else {
+            interleave4(loadTri<S>(r, x), zero(), px);
+        }
+        V y[4], cb[4], cr[4];
+        for (int j = 0; j < 4; ++j) encodeRef32(px[j], y[j], cb[j], cr[j]);
+        store(r.dst[0] + x, packus16(packus32(y[0], y[1]), packus32(y[2], y[3])));
+        store(r.dst[1] + x, packus16(packus32(cb[0], cb[1]), packus32(cb[2], cb[3])));
+        store(r.dst[2] + x, packus16(packus32(cr[0], cr[1]), packus32(cr[2], cr[3])));
+    }
+    return x;
+}
+
+// ---- Decoder block arithmetic -----------------------------------------------
+// y = (Y-16)*128 as (Y << 8) >> 1 minus 2048; chroma (C-128)*128 as the signed
+// byte C ^ 0x80 in the upper half, shifted right once. m(x, c) is the signed
+// high multiply; (sum + 8) >> 4, pack clamps to 0..255.
+template <Pack S, Pack D, bool Bgr, bool Bt709>
+int decodeRows(const Row& r) {
+    const yuv::BlockCoeffs& k = Bt709 ? yuv::kBlock709Csc : yuv::kBlock601;
+    const V z = zero(), sign = set8(0x80), black = set16(k.lumaOffset * 128), round = set16(8);
+    const V luma = set16(k.luma), crR = set16(k.crToR), cbG = set16(k.cbToG), crG = set16(k.crToG),
+            cbB = set16(k.cbToB);
+    int x = 0;
+    for (; x <= r.width - kStep; x += kStep) {
+        const Tri in = loadTri<S>(r, x);
+        const V cbs = xorV(in.c[1], sign), crs = xorV(in.c[2], sign);
+        V out[3][2];
+        for (int h = 0; h < 2; ++h) {
+            const V ys = h ? hi8(z, in.c[0]) : lo8(z, in.c[0]);
+            const V cb = sar16<1>(h ? hi8(z, cbs) : lo8(z, cbs));
+            const V cr = sar16<1>(h ? hi8(z, crs) : lo8(z, crs));
+            const V yl = add16(mulhi16(sub16(shr16<1>(ys), black), luma), round);
+            out[0][h] = sar16<4>(add16(yl, mulhi16(cr, crR)));
+            out[1][h] = sar16<4>(sub16(yl, add16(mulhi16(cb, cbG), mulhi16(cr, crG))));
+            out[2][h] = sar16<4>(add16(yl, mulhi16(cb, cbB)));
+        }
+        const V red = packus16(out[0][0], out[0][1]), green = packus16(out[1][0], out[1][1]),
+                blue = packus16(out[2][0], out[2][1]);
+        storeTri<D>(r, x, Bgr ? Tri{{blue, green, red}} : Tri{{red, green, blue}});
+    }
+    return x;
+}
+
+}  // namespace
+
+namespace TPX_YUV444_ISA {
+int encodeC3Block(const Row& r) { return encodeBlockRow<Pack::C3, Pack::C3>(r); }
+int encodeC3P3(const Row& r) { return encodeRefRowP3<Pack::C3>(r); }
+int encodeAC4P3(const Row& r) { return encodeRefRowP3<Pack::AC4>(r); }
+int encodeP3(const Row& r) { return encodeRefRowP3<Pack::P3>(r); }
+int decodeC3(const Row& r) { return decodeRows<Pack::C3, Pack::C3, false, false>(r); }
+int decodeP3(const Row& r) { return decodeRows<Pack::P3, Pack::P3, false, false>(r); }
+int decodeP3C3Rgb(const Row& r) { return decodeRows<Pack::P3, Pack::C3, false, false>(r); }
+int decodeP3C4Rgb(const Row& r) { return decodeRows<Pack::P3, Pack::C4, false, false>(r); }
+int decodeP3C3Bgr(const Row& r) { return decodeRows<Pack::P3, Pack::C3, true, false>(r); }
+int decodeP3C4Bgr(const Row& r) { return decodeRows<Pack::P3, Pack::C4, true, false>(r); }
+int decode709P3C3Bgr(const Row& r) { return decodeRows<Pack::P3, Pack::C3, true, true>(r); }
+int decode709P3C4Bgr(const Row& r) { return decodeRows<Pack::P3, Pack::C4, true, true>(r); }
+}  // namespace TPX_YUV444_ISA
+
+}  // namespace tpx::yuv444
