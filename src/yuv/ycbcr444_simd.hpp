@@ -34,24 +34,31 @@ inline V set32(int v) { return _mm512_set1_epi32(v); }
 inline V lanes(const __m128i m) { return _mm512_maskz_broadcast_i32x4(0xFFFF, m); }
 inline V load(const uint8_t* p) { return _mm512_loadu_si512(p); }
 inline void store(uint8_t* p, V v) { _mm512_storeu_si512(p, v); }
-inline __m128i load128(const uint8_t* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
-inline void store128(uint8_t* p, __m128i v) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v); }
-// Lane k from / to the 16 bytes at p + k * stride.
+// Lane k from / to the 16 bytes at p + k * stride, with masked full-width loads
+// and stores whose base is moved back by 16k bytes so that only lane k's
+// bytes at p + k * stride are touched (masked-off bytes are neither read nor
+// written).
+inline const void* laneBase(const uint8_t* p, int stride, int k) {
+    return reinterpret_cast<const void*>(reinterpret_cast<uintptr_t>(p) + uintptr_t(std::ptrdiff_t(k) * (stride - 16)));
+}
 inline V loadLanes(const uint8_t* p, int stride) {
-    V v = _mm512_castsi128_si512(load128(p));
-    v = _mm512_inserti32x4(v, load128(p + stride), 1);
-    v = _mm512_inserti32x4(v, load128(p + 2 * stride), 2);
-    return _mm512_inserti32x4(v, load128(p + 3 * stride), 3);
+    V v = _mm512_maskz_loadu_epi32(0x000F, p);
+    v = _mm512_mask_loadu_epi32(v, 0x00F0, laneBase(p, stride, 1));
+    v = _mm512_mask_loadu_epi32(v, 0x0F00, laneBase(p, stride, 2));
+    return _mm512_mask_loadu_epi32(v, 0xF000, laneBase(p, stride, 3));
 }
 inline void storeLanes(uint8_t* p, int stride, V v) {
-    store128(p, _mm512_castsi512_si128(v));
-    store128(p + stride, _mm512_maskz_extracti32x4_epi32(0xF, v, 1));
-    store128(p + 2 * stride, _mm512_maskz_extracti32x4_epi32(0xF, v, 2));
-    store128(p + 3 * stride, _mm512_maskz_extracti32x4_epi32(0xF, v, 3));
+    for (int k = 0; k < 4; ++k)
+        _mm512_mask_storeu_epi32(const_cast<void*>(laneBase(p, stride, k)), __mmask16(0xF << (4 * k)), v);
 }
 inline V shuffle(V v, V m) { return _mm512_shuffle_epi8(v, m); }
 inline V orV(V a, V b) { return _mm512_or_si512(a, b); }
 inline V xorV(V a, V b) { return _mm512_xor_si512(a, b); }
+// In every lane, the bytes at the positions set in `bits` from b, the rest
+// from a (`bytes`: the same positions as 0xFF bytes).
+inline V blend(V a, V b, uint16_t bits, const __m128i) {
+    return _mm512_mask_blend_epi8(bits * 0x0001000100010001ull, a, b);
+}
 inline V lo8(V a, V b) { return _mm512_unpacklo_epi8(a, b); }
 inline V hi8(V a, V b) { return _mm512_unpackhi_epi8(a, b); }
 inline V lo16(V a, V b) { return _mm512_unpacklo_epi16(a, b); }
@@ -72,6 +79,7 @@ inline V add32(V a, V b) { return _mm512_add_epi32(a, b); }
 template <int N> V shr32(V a) { return _mm512_maskz_srli_epi32(0xFFFF, a, N); }
 inline V packus32(V a, V b) { return _mm512_packus_epi32(a, b); }
 inline V packus16(V a, V b) { return _mm512_packus_epi16(a, b); }
+inline V permute32(V v, V idx) { return _mm512_maskz_permutexvar_epi32(0xFFFF, idx, v); }
 #elif defined(__AVX2__)
 using V = __m256i;
 constexpr int kLanes = 2;
@@ -91,6 +99,9 @@ inline void storeLanes(uint8_t* p, int stride, V v) {
 inline V shuffle(V v, V m) { return _mm256_shuffle_epi8(v, m); }
 inline V orV(V a, V b) { return _mm256_or_si256(a, b); }
 inline V xorV(V a, V b) { return _mm256_xor_si256(a, b); }
+inline V blend(V a, V b, uint16_t, const __m128i bytes) {
+    return _mm256_blendv_epi8(a, b, _mm256_broadcastsi128_si256(bytes));
+}
 inline V lo8(V a, V b) { return _mm256_unpacklo_epi8(a, b); }
 inline V hi8(V a, V b) { return _mm256_unpackhi_epi8(a, b); }
 inline V lo16(V a, V b) { return _mm256_unpacklo_epi16(a, b); }
@@ -111,6 +122,7 @@ inline V add32(V a, V b) { return _mm256_add_epi32(a, b); }
 template <int N> V shr32(V a) { return _mm256_srli_epi32(a, N); }
 inline V packus32(V a, V b) { return _mm256_packus_epi32(a, b); }
 inline V packus16(V a, V b) { return _mm256_packus_epi16(a, b); }
+inline V permute32(V v, V idx) { return _mm256_permutevar8x32_epi32(v, idx); }
 #else
 #error "ycbcr444_simd.hpp needs AVX2 or AVX-512BW"
 #endif
@@ -123,16 +135,31 @@ struct Mask {
 };
 constexpr uint8_t kNone = 0x80;  // shuffle index that yields zero
 
-// Channel c of 16 interleaved 3-byte pixels, from 16-byte chunk m of the 48.
-constexpr Mask gather3(int m, int c) {
-    Mask k{};
-    for (int p = 0; p < 16; ++p) k.b[p] = (3 * p + c) / 16 == m ? uint8_t((3 * p + c) % 16) : kNone;
+// 48 interleaved bytes of 16 three-channel pixels are three 16-byte chunks;
+// since 16 = 1 (mod 3), position i of chunk m holds channel (m + i) % 3, and the
+// three chunks never use the same position for the same channel.
+struct Positions {
+    uint16_t bits;
+    Mask bytes;
+};
+constexpr Positions positions(int m, int c) {
+    Positions k{};
+    for (int i = 0; i < 16; ++i)
+        if ((m + i) % 3 == c) {
+            k.bits = uint16_t(k.bits | 1u << i);
+            k.bytes.b[i] = 0xFF;
+        }
     return k;
 }
-// Chunk m of the 48 interleaved bytes, from the 16 bytes of channel c.
-constexpr Mask scatter3(int m, int c) {
+// Pixel p of channel c sits at position (3p + c) % 16 of its chunk.
+constexpr Mask gather3(int c) {
     Mask k{};
-    for (int i = 0; i < 16; ++i) k.b[i] = (16 * m + i) % 3 == c ? uint8_t((16 * m + i) / 3) : kNone;
+    for (int p = 0; p < 16; ++p) k.b[p] = uint8_t((3 * p + c) % 16);
+    return k;
+}
+constexpr Mask scatter3(int c) {
+    Mask k{};
+    for (int i = 0; i < 16; ++i) k.b[i] = uint8_t(((11 * (i - c)) % 16 + 16) % 16);  // 11 = 1/3 (mod 16)
     return k;
 }
 // Four 4-byte pixels regrouped by channel: c0 c0 c0 c0 c1 c1 c1 c1 ...
@@ -159,30 +186,62 @@ inline V mask(const Mask& m) { return lanes(_mm_loadu_si128(reinterpret_cast<con
 // Two 16-bit values in every 32-bit element, for the multiply-add.
 inline V pair16(int lo, int hi) { return set32(int(uint32_t(uint16_t(lo)) | uint32_t(uint16_t(hi)) << 16)); }
 
+// Group order, for moving 4-byte pixels with whole-vector loads and stores:
+// 32-bit element j of lane k holds the 4 pixels of group kLanes*j + k. Four
+// channel vectors in group order interleave (interleave4) into four vectors
+// of consecutive pixels, and four vectors of consecutive 4-byte pixels pack
+// into channel vectors in group order.
+struct Index {
+    int32_t v[4 * kLanes];
+};
+constexpr Index groupOrder(bool inverse) {
+    Index r{};
+    for (int k = 0; k < kLanes; ++k)
+        for (int j = 0; j < 4; ++j) {
+            const int pos = 4 * k + j, group = kLanes * j + k;
+            if (inverse) r.v[group] = pos;
+            else r.v[pos] = group;
+        }
+    return r;
+}
+inline V toGroups(V v) {
+    static constexpr Index idx = groupOrder(false);
+    return permute32(v, load(reinterpret_cast<const uint8_t*>(idx.v)));
+}
+inline V fromGroups(V v) {
+    static constexpr Index idx = groupOrder(true);
+    return permute32(v, load(reinterpret_cast<const uint8_t*>(idx.v)));
+}
+
 // ---- Moving 16-pixel groups in and out of lane-split channel vectors ------
 struct Tri {
     V c[3];
 };
 
+// Blend the three chunks so each channel's 16 bytes share one vector, then
+// put them in pixel order (and the reverse).
+inline V blendAt(V a, V b, const Positions& k) {
+    return blend(a, b, k.bits, _mm_loadu_si128(reinterpret_cast<const __m128i*>(k.bytes.b)));
+}
+
 inline Tri deinterleave3(const uint8_t* p) {
-    static constexpr Mask m[3][3] = {{gather3(0, 0), gather3(0, 1), gather3(0, 2)},
-                                     {gather3(1, 0), gather3(1, 1), gather3(1, 2)},
-                                     {gather3(2, 0), gather3(2, 1), gather3(2, 2)}};
+    static constexpr Mask g0 = gather3(0), g1 = gather3(1), g2 = gather3(2);
+    static constexpr Positions r1 = positions(1, 0), r2 = positions(2, 0), g1p = positions(1, 1),
+                               g2p = positions(2, 1), b1 = positions(1, 2), b2 = positions(2, 2);
     const V a = loadLanes(p, 48), b = loadLanes(p + 16, 48), c = loadLanes(p + 32, 48);
-    Tri t;
-    for (int ch = 0; ch < 3; ++ch)
-        t.c[ch] = orV(orV(shuffle(a, mask(m[0][ch])), shuffle(b, mask(m[1][ch]))), shuffle(c, mask(m[2][ch])));
-    return t;
+    return {{shuffle(blendAt(blendAt(a, b, r1), c, r2), mask(g0)),
+             shuffle(blendAt(blendAt(a, b, g1p), c, g2p), mask(g1)),
+             shuffle(blendAt(blendAt(a, b, b1), c, b2), mask(g2))}};
 }
 
 inline void interleave3(uint8_t* p, const Tri& t) {
-    static constexpr Mask m[3][3] = {{scatter3(0, 0), scatter3(0, 1), scatter3(0, 2)},
-                                     {scatter3(1, 0), scatter3(1, 1), scatter3(1, 2)},
-                                     {scatter3(2, 0), scatter3(2, 1), scatter3(2, 2)}};
-    for (int k = 0; k < 3; ++k)
-        storeLanes(p + 16 * k, 48,
-                   orV(orV(shuffle(t.c[0], mask(m[k][0])), shuffle(t.c[1], mask(m[k][1]))),
-                       shuffle(t.c[2], mask(m[k][2]))));
+    static constexpr Mask s0 = scatter3(0), s1 = scatter3(1), s2 = scatter3(2);
+    static constexpr Positions c01 = positions(0, 1), c02 = positions(0, 2), c11 = positions(1, 1),
+                               c12 = positions(1, 2), c21 = positions(2, 1), c22 = positions(2, 2);
+    const V x0 = shuffle(t.c[0], mask(s0)), x1 = shuffle(t.c[1], mask(s1)), x2 = shuffle(t.c[2], mask(s2));
+    storeLanes(p, 48, blendAt(blendAt(x0, x1, c01), x2, c02));
+    storeLanes(p + 16, 48, blendAt(blendAt(x0, x1, c11), x2, c12));
+    storeLanes(p + 32, 48, blendAt(blendAt(x0, x1, c21), x2, c22));
 }
 
 // The first three channels of 16-pixel groups of 4-byte pixels.
@@ -204,13 +263,23 @@ inline void interleave4(const Tri& t, V fourth, V out[4]) {
     out[3] = hi16(ab1, cd1);
 }
 
-template <Pack S>
+// Three channel vectors of kStep pixels from x. P3 sources come in group
+// order when `grouped` (for C4 destinations), else in lane-split order.
+template <Pack S, bool grouped = false>
 inline Tri loadTri(const Row& r, int x) {
-    if constexpr (S == Pack::P3) return {{load(r.src[0] + x), load(r.src[1] + x), load(r.src[2] + x)}};
-    else if constexpr (S == Pack::C3) return deinterleave3(r.src[0] + 3 * x);
-    else return deinterleave4(r.src[0] + 4 * x);
+    if constexpr (S == Pack::P3) {
+        Tri t{{load(r.src[0] + x), load(r.src[1] + x), load(r.src[2] + x)}};
+        if constexpr (grouped)
+            for (V& c : t.c) c = toGroups(c);
+        return t;
+    } else if constexpr (S == Pack::C3) {
+        return deinterleave3(r.src[0] + 3 * x);
+    } else {
+        return deinterleave4(r.src[0] + 4 * x);
+    }
 }
 
+// Stores kStep pixels from x; a C4 destination takes channels in group order.
 template <Pack D>
 inline void storeTri(const Row& r, int x, const Tri& t) {
     static_assert(D != Pack::AC4, "AC4 destinations are written by the scalar rows");
@@ -221,7 +290,7 @@ inline void storeTri(const Row& r, int x, const Tri& t) {
     } else {
         V px[4];
         interleave4(t, set8(r.alpha), px);
-        for (int j = 0; j < 4; ++j) storeLanes(r.dst[0] + 4 * x + 16 * j, 64, px[j]);
+        for (int j = 0; j < 4; ++j) store(r.dst[0] + 4 * x + 16 * kLanes * j, px[j]);
     }
 }
 
@@ -271,15 +340,21 @@ int encodeRefRowP3(const Row& r) {
     for (; x <= r.width - kStep; x += kStep) {
         V px[4];
         if constexpr (S == Pack::AC4) {
-            for (int j = 0; j < 4; ++j) px[j] = loadLanes(r.src[0] + 4 * x + 16 * j, 64);
+            for (int j = 0; j < 4; ++j) px[j] = load(r.src[0] + 4 * x + 16 * kLanes * j);
         } else {
             interleave4(loadTri<S>(r, x), zero(), px);
         }
         V y[4], cb[4], cr[4];
         for (int j = 0; j < 4; ++j) encodeRef32(px[j], y[j], cb[j], cr[j]);
-        store(r.dst[0] + x, packus16(packus32(y[0], y[1]), packus32(y[2], y[3])));
-        store(r.dst[1] + x, packus16(packus32(cb[0], cb[1]), packus32(cb[2], cb[3])));
-        store(r.dst[2] + x, packus16(packus32(cr[0], cr[1]), packus32(cr[2], cr[3])));
+        // Consecutive 4-byte pixels pack into group order, interleaved ones
+        // (interleave4 output) back into lane-split order.
+        auto pack = [](const V* q) {
+            const V v = packus16(packus32(q[0], q[1]), packus32(q[2], q[3]));
+            return S == Pack::AC4 ? fromGroups(v) : v;
+        };
+        store(r.dst[0] + x, pack(y));
+        store(r.dst[1] + x, pack(cb));
+        store(r.dst[2] + x, pack(cr));
     }
     return x;
 }
@@ -296,7 +371,7 @@ int decodeRows(const Row& r) {
             cbB = set16(k.cbToB);
     int x = 0;
     for (; x <= r.width - kStep; x += kStep) {
-        const Tri in = loadTri<S>(r, x);
+        const Tri in = loadTri<S, D == Pack::C4>(r, x);
         const V cbs = xorV(in.c[1], sign), crs = xorV(in.c[2], sign);
         V out[3][2];
         for (int h = 0; h < 2; ++h) {
