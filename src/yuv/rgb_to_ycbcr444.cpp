@@ -20,7 +20,8 @@ extern "C" TPXCC_API TpxStatus tpxiRGBToYCbCr_8u_AC4R(const Tpx8u* pSrc, int src
                                                       TpxSize roi) {
     TPX_CHECK(check::notNull(pSrc, pDst));
     TPX_CHECK(check::size(roi));
-    convert(interleaved(pSrc).p, srcStep, interleaved(pDst).p, dstStep, roi, 0, nullptr, encodeRow<Pack::AC4, Pack::AC4, 0>);
+    convert(interleaved(pSrc).p, srcStep, interleaved(pDst).p, dstStep, roi, 0, TPX_YUV444_AVX512(encodeAC4),
+            encodeRow<Pack::AC4, Pack::AC4, 0>);
     return tpxStatusOk;
 }
 

@@ -104,12 +104,20 @@ void convert(const uint8_t* const src[3], int srcStep, uint8_t* const dst[3], in
 #define TPX_YUV444_DECLARE(name) int name(const Row&);
 #if TPX_HAVE_X86
 namespace avx2 { TPX_YUV444_SIMD_ROWS(TPX_YUV444_DECLARE) }
-namespace avx512 { TPX_YUV444_SIMD_ROWS(TPX_YUV444_DECLARE) }
+namespace avx512 {
+TPX_YUV444_SIMD_ROWS(TPX_YUV444_DECLARE)
+// AC4 destinations: only AVX-512 stores bytes under a mask.
+int encodeAC4(const Row&);
+int decodeAC4(const Row&);
+}  // namespace avx512
 #endif
 #undef TPX_YUV444_DECLARE
 
-// The row function of every tier for one SIMD row name.
+// The row function of every tier for one SIMD row name, and of the AVX-512
+// tier alone.
 #define TPX_YUV444_SIMD(name) \
     ::tpx::pick(::tpx::TierKernels<::tpx::yuv444::SimdRow>{nullptr, TPX_X86(avx2::name), TPX_X86(avx512::name)})
+#define TPX_YUV444_AVX512(name) \
+    ::tpx::pick(::tpx::TierKernels<::tpx::yuv444::SimdRow>{nullptr, nullptr, TPX_X86(avx512::name)})
 
 }  // namespace tpx::yuv444

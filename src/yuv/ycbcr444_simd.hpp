@@ -63,10 +63,10 @@ inline V lo8(V a, V b) { return _mm512_unpacklo_epi8(a, b); }
 inline V hi8(V a, V b) { return _mm512_unpackhi_epi8(a, b); }
 inline V lo16(V a, V b) { return _mm512_unpacklo_epi16(a, b); }
 inline V hi16(V a, V b) { return _mm512_unpackhi_epi16(a, b); }
-inline V lo32(V a, V b) { return _mm512_unpacklo_epi32(a, b); }
-inline V hi32(V a, V b) { return _mm512_unpackhi_epi32(a, b); }
-inline V lo64(V a, V b) { return _mm512_unpacklo_epi64(a, b); }
-inline V hi64(V a, V b) { return _mm512_unpackhi_epi64(a, b); }
+inline V lo32(V a, V b) { return _mm512_maskz_unpacklo_epi32(0xFFFF, a, b); }
+inline V hi32(V a, V b) { return _mm512_maskz_unpackhi_epi32(0xFFFF, a, b); }
+inline V lo64(V a, V b) { return _mm512_maskz_unpacklo_epi64(0xFF, a, b); }
+inline V hi64(V a, V b) { return _mm512_maskz_unpackhi_epi64(0xFF, a, b); }
 inline V add16(V a, V b) { return _mm512_add_epi16(a, b); }
 inline V sub16(V a, V b) { return _mm512_sub_epi16(a, b); }
 template <int N> V shl16(V a) { return _mm512_slli_epi16(a, N); }
@@ -244,11 +244,11 @@ inline void interleave3(uint8_t* p, const Tri& t) {
     storeLanes(p + 32, 48, blendAt(blendAt(x0, x1, c21), x2, c22));
 }
 
-// The first three channels of 16-pixel groups of 4-byte pixels.
+// The first three channels of kStep consecutive 4-byte pixels, in group order.
 inline Tri deinterleave4(const uint8_t* p) {
     static constexpr Mask group = byChannel4();
     V q[4];
-    for (int j = 0; j < 4; ++j) q[j] = shuffle(loadLanes(p + 16 * j, 64), mask(group));
+    for (int j = 0; j < 4; ++j) q[j] = shuffle(load(p + 16 * kLanes * j), mask(group));
     const V a = lo32(q[0], q[1]), b = lo32(q[2], q[3]), c = hi32(q[0], q[1]), d = hi32(q[2], q[3]);
     return {{lo64(a, b), hi64(a, b), lo64(c, d)}};
 }
@@ -263,8 +263,9 @@ inline void interleave4(const Tri& t, V fourth, V out[4]) {
     out[3] = hi16(ab1, cd1);
 }
 
-// Three channel vectors of kStep pixels from x. P3 sources come in group
-// order when `grouped` (for C4 destinations), else in lane-split order.
+// Three channel vectors of kStep pixels from x: AC4 sources in group order,
+// P3 sources in group order when `grouped` (for 4-byte destinations), else in
+// lane-split order.
 template <Pack S, bool grouped = false>
 inline Tri loadTri(const Row& r, int x) {
     if constexpr (S == Pack::P3) {
@@ -279,10 +280,11 @@ inline Tri loadTri(const Row& r, int x) {
     }
 }
 
-// Stores kStep pixels from x; a C4 destination takes channels in group order.
+// Stores kStep pixels from x; 4-byte destinations take channels in group
+// order. AC4 destinations need byte-masked stores (AVX-512 only): their
+// fourth bytes are never written.
 template <Pack D>
 inline void storeTri(const Row& r, int x, const Tri& t) {
-    static_assert(D != Pack::AC4, "AC4 destinations are written by the scalar rows");
     if constexpr (D == Pack::P3) {
         for (int c = 0; c < 3; ++c) store(r.dst[c] + x, t.c[c]);
     } else if constexpr (D == Pack::C3) {
@@ -290,7 +292,16 @@ inline void storeTri(const Row& r, int x, const Tri& t) {
     } else {
         V px[4];
         interleave4(t, set8(r.alpha), px);
-        for (int j = 0; j < 4; ++j) store(r.dst[0] + 4 * x + 16 * kLanes * j, px[j]);
+        if constexpr (D == Pack::C4) {
+            for (int j = 0; j < 4; ++j) store(r.dst[0] + 4 * x + 16 * kLanes * j, px[j]);
+        } else {
+#if defined(__AVX512BW__)
+            for (int j = 0; j < 4; ++j)
+                _mm512_mask_storeu_epi8(r.dst[0] + 4 * x + 16 * kLanes * j, 0x7777777777777777ull, px[j]);
+#else
+            static_assert(D != Pack::AC4, "AC4 destinations need AVX-512");
+#endif
+        }
     }
 }
 
@@ -334,8 +345,8 @@ inline void encodeRef32(V px, V& y, V& cb, V& cr) {
     cr = shr32<16>(add32(madd16(rg, pair16(28770, -24117)), madd16(bk, pair16(-4653, 16448))));
 }
 
-template <Pack S>
-int encodeRefRowP3(const Row& r) {
+template <Pack S, Pack D>
+int encodeRefRows(const Row& r) {
     int x = 0;
     for (; x <= r.width - kStep; x += kStep) {
         V px[4];
@@ -350,11 +361,9 @@ int encodeRefRowP3(const Row& r) {
         // (interleave4 output) back into lane-split order.
         auto pack = [](const V* q) {
             const V v = packus16(packus32(q[0], q[1]), packus32(q[2], q[3]));
-            return S == Pack::AC4 ? fromGroups(v) : v;
+            return S == Pack::AC4 && D == Pack::P3 ? fromGroups(v) : v;
         };
-        store(r.dst[0] + x, pack(y));
-        store(r.dst[1] + x, pack(cb));
-        store(r.dst[2] + x, pack(cr));
+        storeTri<D>(r, x, {{pack(y), pack(cb), pack(cr)}});
     }
     return x;
 }
@@ -371,7 +380,7 @@ int decodeRows(const Row& r) {
             cbB = set16(k.cbToB);
     int x = 0;
     for (; x <= r.width - kStep; x += kStep) {
-        const Tri in = loadTri<S, D == Pack::C4>(r, x);
+        const Tri in = loadTri<S, D == Pack::C4 || D == Pack::AC4>(r, x);
         const V cbs = xorV(in.c[1], sign), crs = xorV(in.c[2], sign);
         V out[3][2];
         for (int h = 0; h < 2; ++h) {
@@ -394,9 +403,9 @@ int decodeRows(const Row& r) {
 
 namespace TPX_YUV444_ISA {
 int encodeC3Block(const Row& r) { return encodeBlockRow<Pack::C3, Pack::C3>(r); }
-int encodeC3P3(const Row& r) { return encodeRefRowP3<Pack::C3>(r); }
-int encodeAC4P3(const Row& r) { return encodeRefRowP3<Pack::AC4>(r); }
-int encodeP3(const Row& r) { return encodeRefRowP3<Pack::P3>(r); }
+int encodeC3P3(const Row& r) { return encodeRefRows<Pack::C3, Pack::P3>(r); }
+int encodeAC4P3(const Row& r) { return encodeRefRows<Pack::AC4, Pack::P3>(r); }
+int encodeP3(const Row& r) { return encodeRefRows<Pack::P3, Pack::P3>(r); }
 int decodeC3(const Row& r) { return decodeRows<Pack::C3, Pack::C3, false, false>(r); }
 int decodeP3(const Row& r) { return decodeRows<Pack::P3, Pack::P3, false, false>(r); }
 int decodeP3C3Rgb(const Row& r) { return decodeRows<Pack::P3, Pack::C3, false, false>(r); }
@@ -405,6 +414,10 @@ int decodeP3C3Bgr(const Row& r) { return decodeRows<Pack::P3, Pack::C3, true, fa
 int decodeP3C4Bgr(const Row& r) { return decodeRows<Pack::P3, Pack::C4, true, false>(r); }
 int decode709P3C3Bgr(const Row& r) { return decodeRows<Pack::P3, Pack::C3, true, true>(r); }
 int decode709P3C4Bgr(const Row& r) { return decodeRows<Pack::P3, Pack::C4, true, true>(r); }
+#if defined(__AVX512BW__)
+int encodeAC4(const Row& r) { return encodeRefRows<Pack::AC4, Pack::AC4>(r); }
+int decodeAC4(const Row& r) { return decodeRows<Pack::AC4, Pack::AC4, false, false>(r); }
+#endif
 }  // namespace TPX_YUV444_ISA
 
 }  // namespace tpx::yuv444

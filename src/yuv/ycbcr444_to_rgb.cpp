@@ -26,7 +26,7 @@ extern "C" TPXCC_API TpxStatus tpxiYCbCrToRGB_8u_AC4R(const Tpx8u* pSrc, int src
                                                       TpxSize roi) {
     TPX_CHECK(check::notNull(pSrc, pDst));
     TPX_CHECK(check::size(roi));
-    convert(interleaved(pSrc).p, srcStep, interleaved(pDst).p, dstStep, roi, 0, nullptr,
+    convert(interleaved(pSrc).p, srcStep, interleaved(pDst).p, dstStep, roi, 0, TPX_YUV444_AVX512(decodeAC4),
             decodeRow<Pack::AC4, Pack::AC4, false, 8, false>);
     return tpxStatusOk;
 }
