@@ -79,6 +79,8 @@ inline V add32(V a, V b) { return _mm512_add_epi32(a, b); }
 template <int N> V shr32(V a) { return _mm512_maskz_srli_epi32(0xFFFF, a, N); }
 inline V packus32(V a, V b) { return _mm512_packus_epi32(a, b); }
 inline V packus16(V a, V b) { return _mm512_packus_epi16(a, b); }
+inline V packs16(V a, V b) { return _mm512_packs_epi16(a, b); }
+inline V add8(V a, V b) { return _mm512_add_epi8(a, b); }
 inline V permute32(V v, V idx) { return _mm512_maskz_permutexvar_epi32(0xFFFF, idx, v); }
 #elif defined(__AVX2__)
 using V = __m256i;
@@ -122,6 +124,8 @@ inline V add32(V a, V b) { return _mm256_add_epi32(a, b); }
 template <int N> V shr32(V a) { return _mm256_srli_epi32(a, N); }
 inline V packus32(V a, V b) { return _mm256_packus_epi32(a, b); }
 inline V packus16(V a, V b) { return _mm256_packus_epi16(a, b); }
+inline V packs16(V a, V b) { return _mm256_packs_epi16(a, b); }
+inline V add8(V a, V b) { return _mm256_add_epi8(a, b); }
 inline V permute32(V v, V idx) { return _mm256_permutevar8x32_epi32(v, idx); }
 #else
 #error "ycbcr444_simd.hpp needs AVX2 or AVX-512BW"
@@ -155,6 +159,15 @@ constexpr Positions positions(int m, int c) {
 constexpr Mask gather3(int c) {
     Mask k{};
     for (int p = 0; p < 16; ++p) k.b[p] = uint8_t((3 * p + c) % 16);
+    return k;
+}
+// Pixels 8h..8h+7 of channel c as the upper bytes of 16-bit elements.
+constexpr Mask gather3High(int c, int h) {
+    Mask k{};
+    for (int e = 0; e < 8; ++e) {
+        k.b[2 * e] = kNone;
+        k.b[2 * e + 1] = uint8_t((3 * (8 * h + e) + c) % 16);
+    }
     return k;
 }
 constexpr Mask scatter3(int c) {
@@ -224,14 +237,20 @@ inline V blendAt(V a, V b, const Positions& k) {
     return blend(a, b, k.bits, _mm_loadu_si128(reinterpret_cast<const __m128i*>(k.bytes.b)));
 }
 
+// Per channel, the 16 bytes of a 16-pixel group blended into one vector (in
+// the order of their positions in the chunks).
+inline Tri blend3(const uint8_t* p) {
+    static constexpr Positions r1 = positions(1, 0), r2 = positions(2, 0), g1 = positions(1, 1),
+                               g2 = positions(2, 1), b1 = positions(1, 2), b2 = positions(2, 2);
+    const V a = loadLanes(p, 48), b = loadLanes(p + 16, 48), c = loadLanes(p + 32, 48);
+    return {{blendAt(blendAt(a, b, r1), c, r2), blendAt(blendAt(a, b, g1), c, g2),
+             blendAt(blendAt(a, b, b1), c, b2)}};
+}
+
 inline Tri deinterleave3(const uint8_t* p) {
     static constexpr Mask g0 = gather3(0), g1 = gather3(1), g2 = gather3(2);
-    static constexpr Positions r1 = positions(1, 0), r2 = positions(2, 0), g1p = positions(1, 1),
-                               g2p = positions(2, 1), b1 = positions(1, 2), b2 = positions(2, 2);
-    const V a = loadLanes(p, 48), b = loadLanes(p + 16, 48), c = loadLanes(p + 32, 48);
-    return {{shuffle(blendAt(blendAt(a, b, r1), c, r2), mask(g0)),
-             shuffle(blendAt(blendAt(a, b, g1p), c, g2p), mask(g1)),
-             shuffle(blendAt(blendAt(a, b, b1), c, b2), mask(g2))}};
+    const Tri t = blend3(p);
+    return {{shuffle(t.c[0], mask(g0)), shuffle(t.c[1], mask(g1)), shuffle(t.c[2], mask(g2))}};
 }
 
 inline void interleave3(uint8_t* p, const Tri& t) {
@@ -305,30 +324,63 @@ inline void storeTri(const Row& r, int x, const Tri& t) {
     }
 }
 
+// Three channels of kStep pixels as 16-bit elements holding each byte in the
+// upper half (v << 8): lo[c] has pixels 0-7 of every 16-pixel lane, hi[c]
+// pixels 8-15. `flip` toggles bit 7 of the chosen channels' bytes first.
+struct Wide {
+    V lo[3], hi[3];
+};
+template <Pack S, bool grouped = false>
+inline Wide loadWide(const Row& r, int x, const bool (&flip)[3]) {
+    Wide w;
+    const V sign = set8(0x80);
+    if constexpr (S == Pack::C3) {
+        static constexpr Mask lo[3] = {gather3High(0, 0), gather3High(1, 0), gather3High(2, 0)};
+        static constexpr Mask hi[3] = {gather3High(0, 1), gather3High(1, 1), gather3High(2, 1)};
+        const Tri t = blend3(r.src[0] + 3 * x);
+        for (int c = 0; c < 3; ++c) {
+            const V v = flip[c] ? xorV(t.c[c], sign) : t.c[c];
+            w.lo[c] = shuffle(v, mask(lo[c]));
+            w.hi[c] = shuffle(v, mask(hi[c]));
+        }
+    } else {
+        const V z = zero();
+        const Tri t = loadTri<S, grouped>(r, x);
+        for (int c = 0; c < 3; ++c) {
+            const V v = flip[c] ? xorV(t.c[c], sign) : t.c[c];
+            w.lo[c] = lo8(z, v);
+            w.hi[c] = hi8(z, v);
+        }
+    }
+    return w;
+}
+
 // ---- Encoder ----------------------------------------------------------------
 // 16-bit block arithmetic: t(v, c) = (v*128*c + 16384) >> 15 is the rounding
-// high multiply of v << 7 by c; sums wrap at 16 bits, >> 6, pack clamps.
-inline void encodeBlock16(V r, V g, V b, V& y, V& cb, V& cr) {
-    const V r7 = shl16<7>(r), g7 = shl16<7>(g), b7 = shl16<7>(b);
-    y = sar16<6>(add16(add16(add16(mulhrs16(r7, set16(4211)), mulhrs16(g7, set16(8258))),
-                             mulhrs16(b7, set16(1606))),
-                       set16(1056)));
-    cb = sar16<6>(add16(sub16(mulhrs16(b7, set16(7193)), add16(mulhrs16(r7, set16(2425)), mulhrs16(g7, set16(4768)))),
-                        set16(8224)));
-    cr = sar16<6>(add16(sub16(mulhrs16(r7, set16(7193)), add16(mulhrs16(g7, set16(6029)), mulhrs16(b7, set16(1163)))),
-                        set16(8224)));
+// high multiply of v << 7 by c. The sums never leave 16 bits and the results
+// never leave 16..235 / 16..240, so (sum + 1056) >> 6 is computed as
+// ((sum + 32) >> 6) + 16 (a rounding multiply by 512, then a byte add after
+// packing), and the chroma (sum + 8224) >> 6 as ((sum + 32) >> 6) + 128 (a
+// signed pack, then bit 7 toggled).
+inline void encodeBlock16(V r8, V g8, V b8, V& y, V& cb, V& cr) {
+    const V r7 = shr16<1>(r8), g7 = shr16<1>(g8), b7 = shr16<1>(b8), k = set16(512);
+    y = mulhrs16(add16(add16(mulhrs16(r7, set16(4211)), mulhrs16(g7, set16(8258))), mulhrs16(b7, set16(1606))), k);
+    cb = mulhrs16(sub16(mulhrs16(b7, set16(7193)), add16(mulhrs16(r7, set16(2425)), mulhrs16(g7, set16(4768)))), k);
+    cr = mulhrs16(sub16(mulhrs16(r7, set16(7193)), add16(mulhrs16(g7, set16(6029)), mulhrs16(b7, set16(1163)))), k);
 }
 
 template <Pack S, Pack D>
 int encodeBlockRow(const Row& r) {
-    const V z = zero();
+    static constexpr bool kNoFlip[3] = {false, false, false};
+    const V black = set8(16), sign = set8(0x80);
     int x = 0;
     for (; x <= r.width - kStep; x += kStep) {
-        const Tri in = loadTri<S>(r, x);
+        const Wide in = loadWide<S>(r, x, kNoFlip);
         V lo[3], hi[3];
-        encodeBlock16(lo8(in.c[0], z), lo8(in.c[1], z), lo8(in.c[2], z), lo[0], lo[1], lo[2]);
-        encodeBlock16(hi8(in.c[0], z), hi8(in.c[1], z), hi8(in.c[2], z), hi[0], hi[1], hi[2]);
-        storeTri<D>(r, x, {{packus16(lo[0], hi[0]), packus16(lo[1], hi[1]), packus16(lo[2], hi[2])}});
+        encodeBlock16(in.lo[0], in.lo[1], in.lo[2], lo[0], lo[1], lo[2]);
+        encodeBlock16(in.hi[0], in.hi[1], in.hi[2], hi[0], hi[1], hi[2]);
+        storeTri<D>(r, x, {{add8(packus16(lo[0], hi[0]), black), xorV(packs16(lo[1], hi[1]), sign),
+                            xorV(packs16(lo[2], hi[2]), sign)}});
     }
     return x;
 }
@@ -371,26 +423,30 @@ int encodeRefRows(const Row& r) {
 // ---- Decoder block arithmetic -----------------------------------------------
 // y = (Y-16)*128 as (Y << 8) >> 1 minus 2048; chroma (C-128)*128 as the signed
 // byte C ^ 0x80 in the upper half, shifted right once. m(x, c) is the signed
-// high multiply; (sum + 8) >> 4, pack clamps to 0..255.
+// high multiply; (sum + 8) >> 4 is the rounding multiply by 2048; pack clamps
+// to 0..255. When both coefficients of a chroma channel are even, m(x*128, c)
+// is taken as m(x*256, c/2), the same product without the prescaling shift.
 template <Pack S, Pack D, bool Bgr, bool Bt709>
 int decodeRows(const Row& r) {
-    const yuv::BlockCoeffs& k = Bt709 ? yuv::kBlock709Csc : yuv::kBlock601;
-    const V z = zero(), sign = set8(0x80), black = set16(k.lumaOffset * 128), round = set16(8);
-    const V luma = set16(k.luma), crR = set16(k.crToR), cbG = set16(k.cbToG), crG = set16(k.crToG),
-            cbB = set16(k.cbToB);
+    static constexpr yuv::BlockCoeffs k = Bt709 ? yuv::kBlock709Csc : yuv::kBlock601;
+    static constexpr bool cbHalf = k.cbToG % 2 == 0 && k.cbToB % 2 == 0;
+    static constexpr bool crHalf = k.crToR % 2 == 0 && k.crToG % 2 == 0;
+    static constexpr bool kFlip[3] = {false, true, true};
+    const V black = set16(k.lumaOffset * 128), round4 = set16(2048), luma = set16(k.luma);
+    const V crR = set16(crHalf ? k.crToR / 2 : k.crToR), crG = set16(crHalf ? k.crToG / 2 : k.crToG);
+    const V cbG = set16(cbHalf ? k.cbToG / 2 : k.cbToG), cbB = set16(cbHalf ? k.cbToB / 2 : k.cbToB);
     int x = 0;
     for (; x <= r.width - kStep; x += kStep) {
-        const Tri in = loadTri<S, D == Pack::C4 || D == Pack::AC4>(r, x);
-        const V cbs = xorV(in.c[1], sign), crs = xorV(in.c[2], sign);
+        const Wide in = loadWide<S, D == Pack::C4 || D == Pack::AC4>(r, x, kFlip);
         V out[3][2];
         for (int h = 0; h < 2; ++h) {
-            const V ys = h ? hi8(z, in.c[0]) : lo8(z, in.c[0]);
-            const V cb = sar16<1>(h ? hi8(z, cbs) : lo8(z, cbs));
-            const V cr = sar16<1>(h ? hi8(z, crs) : lo8(z, crs));
-            const V yl = add16(mulhi16(sub16(shr16<1>(ys), black), luma), round);
-            out[0][h] = sar16<4>(add16(yl, mulhi16(cr, crR)));
-            out[1][h] = sar16<4>(sub16(yl, add16(mulhi16(cb, cbG), mulhi16(cr, crG))));
-            out[2][h] = sar16<4>(add16(yl, mulhi16(cb, cbB)));
+            const V* w = h ? in.hi : in.lo;
+            const V cb = cbHalf ? w[1] : sar16<1>(w[1]);
+            const V cr = crHalf ? w[2] : sar16<1>(w[2]);
+            const V yl = mulhi16(sub16(shr16<1>(w[0]), black), luma);
+            out[0][h] = mulhrs16(add16(yl, mulhi16(cr, crR)), round4);
+            out[1][h] = mulhrs16(sub16(yl, add16(mulhi16(cb, cbG), mulhi16(cr, crG))), round4);
+            out[2][h] = mulhrs16(add16(yl, mulhi16(cb, cbB)), round4);
         }
         const V red = packus16(out[0][0], out[0][1]), green = packus16(out[1][0], out[1][1]),
                 blue = packus16(out[2][0], out[2][1]);

@@ -75,7 +75,7 @@ extern "C" TPXCC_API TpxStatus tpxiYCbCrToRGB_8u_P3C3R(const Tpx8u* const pSrc[3
 
 extern "C" TPXCC_API TpxStatus tpxiYCbCrToRGB_8u_P3C4R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* pDst,
                                                        int dstStep, TpxSize roi, Tpx8u alpha) {
-    return toRgb(pSrc, srcStep, pDst, dstStep, roi, alpha, TPX_YUV444_SIMD(decodeP3C4Rgb),
+    return toRgb(pSrc, srcStep, pDst, dstStep, roi, alpha, TPX_YUV444_AVX2_ROW(decodeP3C4Rgb),
                  decodeRow<Pack::P3, Pack::C4, false, 8, false>);
 }
 
@@ -87,7 +87,7 @@ extern "C" TPXCC_API TpxStatus tpxiYCbCrToBGR_8u_P3C3R(const Tpx8u* const pSrc[3
 
 extern "C" TPXCC_API TpxStatus tpxiYCbCrToBGR_8u_P3C4R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* pDst,
                                                        int dstStep, TpxSize roi, Tpx8u alpha) {
-    return toBgr(pSrc, srcStep, pDst, dstStep, roi, alpha, TPX_YUV444_SIMD(decodeP3C4Bgr),
+    return toBgr(pSrc, srcStep, pDst, dstStep, roi, alpha, TPX_YUV444_AVX2_ROW(decodeP3C4Bgr),
                  decodeRow<Pack::P3, Pack::C4, true, 1, false>);
 }
 
@@ -99,6 +99,6 @@ extern "C" TPXCC_API TpxStatus tpxiYCbCrToBGR_709CSC_8u_P3C3R(const Tpx8u* const
 
 extern "C" TPXCC_API TpxStatus tpxiYCbCrToBGR_709CSC_8u_P3C4R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* pDst,
                                                               int dstStep, TpxSize roi, Tpx8u alpha) {
-    return toBgr(pSrc, srcStep, pDst, dstStep, roi, alpha, TPX_YUV444_SIMD(decode709P3C4Bgr),
+    return toBgr(pSrc, srcStep, pDst, dstStep, roi, alpha, TPX_YUV444_AVX2_ROW(decode709P3C4Bgr),
                  decodeRow<Pack::P3, Pack::C4, true, 1, true>);
 }
