@@ -47,6 +47,17 @@ inline V loadLanes(const uint8_t* p, int stride) {
     v = _mm512_mask_loadu_epi32(v, 0x0F00, laneBase(p, stride, 2));
     return _mm512_mask_loadu_epi32(v, 0xF000, laneBase(p, stride, 3));
 }
+// Chunks 3k, 3k+1, 3k+2 of twelve consecutive 16-byte chunks into lane k of a,
+// b and c: three whole loads and two lane permutations per vector.
+inline void loadChunks3(const uint8_t* p, V& a, V& b, V& c) {
+    const V z0 = load(p), z1 = load(p + 64), z2 = load(p + 128);
+    a = _mm512_permutex2var_epi64(z0, _mm512_setr_epi64(0, 1, 6, 7, 12, 13, 0, 0), z1);  // c0 c3 c6
+    a = _mm512_mask_shuffle_i64x2(a, 0xC0, z2, z2, 0x40);                                 // c9
+    b = _mm512_permutex2var_epi64(z0, _mm512_setr_epi64(2, 3, 8, 9, 14, 15, 0, 0), z1);  // c1 c4 c7
+    b = _mm512_mask_shuffle_i64x2(b, 0xC0, z2, z2, 0x80);                                 // c10
+    c = _mm512_permutex2var_epi64(z0, _mm512_setr_epi64(4, 5, 10, 11, 0, 0, 0, 0), z1);   // c2 c5
+    c = _mm512_mask_shuffle_i64x2(c, 0xF0, z2, z2, 0xC0);                                 // c8 c11
+}
 inline void storeLanes(uint8_t* p, int stride, V v) {
     for (int k = 0; k < 4; ++k)
         _mm512_mask_storeu_epi32(const_cast<void*>(laneBase(p, stride, k)), __mmask16(0xF << (4 * k)), v);
@@ -97,6 +108,11 @@ inline V loadLanes(const uint8_t* p, int stride) {
 }
 inline void storeLanes(uint8_t* p, int stride, V v) {
     _mm256_storeu2_m128i(reinterpret_cast<__m128i*>(p + stride), reinterpret_cast<__m128i*>(p), v);
+}
+inline void loadChunks3(const uint8_t* p, V& a, V& b, V& c) {
+    a = loadLanes(p, 48);
+    b = loadLanes(p + 16, 48);
+    c = loadLanes(p + 32, 48);
 }
 inline V shuffle(V v, V m) { return _mm256_shuffle_epi8(v, m); }
 inline V orV(V a, V b) { return _mm256_or_si256(a, b); }
@@ -242,7 +258,8 @@ inline V blendAt(V a, V b, const Positions& k) {
 inline Tri blend3(const uint8_t* p) {
     static constexpr Positions r1 = positions(1, 0), r2 = positions(2, 0), g1 = positions(1, 1),
                                g2 = positions(2, 1), b1 = positions(1, 2), b2 = positions(2, 2);
-    const V a = loadLanes(p, 48), b = loadLanes(p + 16, 48), c = loadLanes(p + 32, 48);
+    V a, b, c;
+    loadChunks3(p, a, b, c);
     return {{blendAt(blendAt(a, b, r1), c, r2), blendAt(blendAt(a, b, g1), c, g2),
              blendAt(blendAt(a, b, b1), c, b2)}};
 }
