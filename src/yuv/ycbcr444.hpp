@@ -96,20 +96,18 @@ void decodeRow(const Row& r, int from) {
 void convert(const uint8_t* const src[3], int srcStep, uint8_t* const dst[3], int dstStep, TpxSize roi,
              uint8_t alpha, SimdRow simd, ScalarRow scalar);
 
-// The SIMD row functions, one set per instruction-set tier.
+// The SIMD row functions, one set per instruction-set tier; planar to 4-byte
+// pixels only at AVX2 (see TPX_YUV444_AVX2_ROW), AC4 destinations only at
+// AVX-512 (only it stores bytes under a mask).
 #define TPX_YUV444_SIMD_ROWS(X)                                                                       \
     X(encodeC3Block) X(encodeC3P3) X(encodeAC4P3) X(encodeP3)                                         \
-    X(decodeC3) X(decodeP3) X(decodeP3C3Rgb) X(decodeP3C4Rgb) X(decodeP3C3Bgr) X(decodeP3C4Bgr)       \
-    X(decode709P3C3Bgr) X(decode709P3C4Bgr)
+    X(decodeC3) X(decodeP3) X(decodeP3C3Rgb) X(decodeP3C3Bgr) X(decode709P3C3Bgr)
+#define TPX_YUV444_AVX2_ROWS(X) X(decodeP3C4Rgb) X(decodeP3C4Bgr) X(decode709P3C4Bgr)
+#define TPX_YUV444_AVX512_ROWS(X) X(encodeAC4) X(decodeAC4)
 #define TPX_YUV444_DECLARE(name) int name(const Row&);
 #if TPX_HAVE_X86
-namespace avx2 { TPX_YUV444_SIMD_ROWS(TPX_YUV444_DECLARE) }
-namespace avx512 {
-TPX_YUV444_SIMD_ROWS(TPX_YUV444_DECLARE)
-// AC4 destinations: only AVX-512 stores bytes under a mask.
-int encodeAC4(const Row&);
-int decodeAC4(const Row&);
-}  // namespace avx512
+namespace avx2 { TPX_YUV444_SIMD_ROWS(TPX_YUV444_DECLARE) TPX_YUV444_AVX2_ROWS(TPX_YUV444_DECLARE) }
+namespace avx512 { TPX_YUV444_SIMD_ROWS(TPX_YUV444_DECLARE) TPX_YUV444_AVX512_ROWS(TPX_YUV444_DECLARE) }
 #endif
 #undef TPX_YUV444_DECLARE
 

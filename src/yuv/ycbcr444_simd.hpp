@@ -482,14 +482,15 @@ int encodeP3(const Row& r) { return encodeRefRows<Pack::P3, Pack::P3>(r); }
 int decodeC3(const Row& r) { return decodeRows<Pack::C3, Pack::C3, false, false>(r); }
 int decodeP3(const Row& r) { return decodeRows<Pack::P3, Pack::P3, false, false>(r); }
 int decodeP3C3Rgb(const Row& r) { return decodeRows<Pack::P3, Pack::C3, false, false>(r); }
-int decodeP3C4Rgb(const Row& r) { return decodeRows<Pack::P3, Pack::C4, false, false>(r); }
 int decodeP3C3Bgr(const Row& r) { return decodeRows<Pack::P3, Pack::C3, true, false>(r); }
-int decodeP3C4Bgr(const Row& r) { return decodeRows<Pack::P3, Pack::C4, true, false>(r); }
 int decode709P3C3Bgr(const Row& r) { return decodeRows<Pack::P3, Pack::C3, true, true>(r); }
-int decode709P3C4Bgr(const Row& r) { return decodeRows<Pack::P3, Pack::C4, true, true>(r); }
 #if defined(__AVX512BW__)
 int encodeAC4(const Row& r) { return encodeRefRows<Pack::AC4, Pack::AC4>(r); }
 int decodeAC4(const Row& r) { return decodeRows<Pack::AC4, Pack::AC4, false, false>(r); }
+#else
+int decodeP3C4Rgb(const Row& r) { return decodeRows<Pack::P3, Pack::C4, false, false>(r); }
+int decodeP3C4Bgr(const Row& r) { return decodeRows<Pack::P3, Pack::C4, true, false>(r); }
+int decode709P3C4Bgr(const Row& r) { return decodeRows<Pack::P3, Pack::C4, true, true>(r); }
 #endif
 }  // namespace TPX_YUV444_ISA
 
