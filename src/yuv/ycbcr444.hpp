@@ -7,6 +7,7 @@
 // same pointer three times for an interleaved one.
 #pragma once
 
+#include "frame/check.hpp"
 #include "frame/cpu.hpp"
 #include "tpxcc.h"
 #include "yuv/ycbcr_math.hpp"
@@ -95,6 +96,27 @@ void decodeRow(const Row& r, int from) {
 // row function when there is one, then the scalar one.
 void convert(const uint8_t* const src[3], int srcStep, uint8_t* const dst[3], int dstStep, TpxSize roi,
              uint8_t alpha, SimdRow simd, ScalarRow scalar);
+
+// The entry of the encoders and the YCbCrToRGB members: null pointers (or
+// arrays), size, then the entries of each plane-pointer array; then the work.
+inline TpxStatus planeEntries(const uint8_t*) { return tpxStatusOk; }
+inline TpxStatus planeEntries(const uint8_t* const* p) { return check::planes(p, 3); }
+inline TpxStatus planeEntries(uint8_t* const* p) { return check::planes(p, 3); }
+inline SrcPointers channels(const uint8_t* p) { return interleaved(p); }
+inline SrcPointers channels(const uint8_t* const* p) { return {{p[0], p[1], p[2]}}; }
+inline DstPointers channels(uint8_t* p) { return interleaved(p); }
+inline DstPointers channels(uint8_t* const* p) { return {{p[0], p[1], p[2]}}; }
+
+template <class S, class D>
+TpxStatus checkedConvert(S src, int srcStep, D dst, int dstStep, TpxSize roi, uint8_t alpha, SimdRow simd,
+                         ScalarRow scalar) {
+    TPX_CHECK(check::notNull(src, dst));
+    TPX_CHECK(check::size(roi));
+    TPX_CHECK(planeEntries(src));
+    TPX_CHECK(planeEntries(dst));
+    convert(channels(src).p, srcStep, channels(dst).p, dstStep, roi, alpha, simd, scalar);
+    return tpxStatusOk;
+}
 
 // The SIMD row functions, one set per instruction-set tier; planar to 4-byte
 // pixels only at AVX2 (see TPX_YUV444_AVX2_ROW), AC4 destinations only at

@@ -7,7 +7,6 @@
 // - YCbCrToRGB C3R: whole 16-pixel groups block, the rest reference;
 // - YCbCrToRGB P3R and every YCbCrToBGR member: every pixel block arithmetic
 //   (BT.709 coefficients in the 709CSC members).
-#include "frame/check.hpp"
 #include "yuv/ycbcr444.hpp"
 
 using namespace tpx;
@@ -15,44 +14,23 @@ using namespace tpx::yuv444;
 
 extern "C" TPXCC_API TpxStatus tpxiYCbCrToRGB_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep,
                                                      TpxSize roi) {
-    TPX_CHECK(check::notNull(pSrc, pDst));
-    TPX_CHECK(check::size(roi));
-    convert(interleaved(pSrc).p, srcStep, interleaved(pDst).p, dstStep, roi, 0, TPX_YUV444_SIMD(decodeC3),
-            decodeRow<Pack::C3, Pack::C3, false, 16, false>);
-    return tpxStatusOk;
+    return checkedConvert(pSrc, srcStep, pDst, dstStep, roi, 0, TPX_YUV444_SIMD(decodeC3),
+                          decodeRow<Pack::C3, Pack::C3, false, 16, false>);
 }
 
 extern "C" TPXCC_API TpxStatus tpxiYCbCrToRGB_8u_AC4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep,
                                                       TpxSize roi) {
-    TPX_CHECK(check::notNull(pSrc, pDst));
-    TPX_CHECK(check::size(roi));
-    convert(interleaved(pSrc).p, srcStep, interleaved(pDst).p, dstStep, roi, 0, TPX_YUV444_AVX512(decodeAC4),
-            decodeRow<Pack::AC4, Pack::AC4, false, 8, false>);
-    return tpxStatusOk;
+    return checkedConvert(pSrc, srcStep, pDst, dstStep, roi, 0, TPX_YUV444_AVX512(decodeAC4),
+                          decodeRow<Pack::AC4, Pack::AC4, false, 8, false>);
 }
 
 extern "C" TPXCC_API TpxStatus tpxiYCbCrToRGB_8u_P3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* const pDst[3],
                                                      int dstStep, TpxSize roi) {
-    TPX_CHECK(check::notNull(pSrc, pDst));
-    TPX_CHECK(check::size(roi));
-    TPX_CHECK(check::planes(pSrc, 3));
-    TPX_CHECK(check::planes(pDst, 3));
-    convert(pSrc, srcStep, pDst, dstStep, roi, 0, TPX_YUV444_SIMD(decodeP3),
-            decodeRow<Pack::P3, Pack::P3, false, 1, false>);
-    return tpxStatusOk;
+    return checkedConvert(pSrc, srcStep, pDst, dstStep, roi, 0, TPX_YUV444_SIMD(decodeP3),
+                          decodeRow<Pack::P3, Pack::P3, false, 1, false>);
 }
 
 namespace {
-
-// The planar-to-interleaved RGB members: null pointers, size, plane entries.
-TpxStatus toRgb(const Tpx8u* const src[3], int srcStep, Tpx8u* dst, int dstStep, TpxSize roi, uint8_t alpha,
-                SimdRow simd, ScalarRow scalar) {
-    TPX_CHECK(check::notNull(src, dst));
-    TPX_CHECK(check::size(roi));
-    TPX_CHECK(check::planes(src, 3));
-    convert(src, srcStep, interleaved(dst).p, dstStep, roi, alpha, simd, scalar);
-    return tpxStatusOk;
-}
 
 // The BGR members: every null pointer first, then height, then width.
 TpxStatus toBgr(const Tpx8u* const src[3], int srcStep, Tpx8u* dst, int dstStep, TpxSize roi, uint8_t alpha,
@@ -69,14 +47,14 @@ TpxStatus toBgr(const Tpx8u* const src[3], int srcStep, Tpx8u* dst, int dstStep,
 
 extern "C" TPXCC_API TpxStatus tpxiYCbCrToRGB_8u_P3C3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* pDst,
                                                        int dstStep, TpxSize roi) {
-    return toRgb(pSrc, srcStep, pDst, dstStep, roi, 0, TPX_YUV444_SIMD(decodeP3C3Rgb),
-                 decodeRow<Pack::P3, Pack::C3, false, 8, false>);
+    return checkedConvert(pSrc, srcStep, pDst, dstStep, roi, 0, TPX_YUV444_SIMD(decodeP3C3Rgb),
+                          decodeRow<Pack::P3, Pack::C3, false, 8, false>);
 }
 
 extern "C" TPXCC_API TpxStatus tpxiYCbCrToRGB_8u_P3C4R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* pDst,
                                                        int dstStep, TpxSize roi, Tpx8u alpha) {
-    return toRgb(pSrc, srcStep, pDst, dstStep, roi, alpha, TPX_YUV444_AVX2_ROW(decodeP3C4Rgb),
-                 decodeRow<Pack::P3, Pack::C4, false, 8, false>);
+    return checkedConvert(pSrc, srcStep, pDst, dstStep, roi, alpha, TPX_YUV444_AVX2_ROW(decodeP3C4Rgb),
+                          decodeRow<Pack::P3, Pack::C4, false, 8, false>);
 }
 
 extern "C" TPXCC_API TpxStatus tpxiYCbCrToBGR_8u_P3C3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* pDst,
