@@ -5,11 +5,15 @@
 // and have internal linkage, so the two copies never mix.
 //
 // Layout of a vector of bytes: 128-bit lane k holds pixels 16k..16k+15 of one
-// channel ("lane-split"). Interleaved pixels are then moved in and out with
-// in-lane byte shuffles on 16-pixel groups, and widening to 16 bits (unpack
-// low/high) and narrowing (pack) keep that order without cross-lane moves.
-// Every function here reproduces the scalar arithmetic of ycbcr_math.hpp bit
-// for bit.
+// channel ("lane-split"). 3-byte pixels are then moved in and out with
+// in-lane blends and byte shuffles on 16-pixel groups, and widening to 16
+// bits (unpack low/high) and narrowing (pack) keep that order without
+// cross-lane moves. 4-byte pixels use "group order" (below) so that they move
+// with whole-vector loads and stores. The arithmetic is per pixel, so any
+// order that is undone on the way out gives the same bytes; every function
+// here reproduces the scalar arithmetic of ycbcr_math.hpp bit for bit.
+// Loads of 4-byte source pixels take the fourth bytes along but never use
+// them.
 #ifndef TPX_YUV444_ISA
 #error "define TPX_YUV444_ISA (avx2 or avx512) before including this file"
 #endif
@@ -34,19 +38,6 @@ inline V set32(int v) { return _mm512_set1_epi32(v); }
 inline V lanes(const __m128i m) { return _mm512_maskz_broadcast_i32x4(0xFFFF, m); }
 inline V load(const uint8_t* p) { return _mm512_loadu_si512(p); }
 inline void store(uint8_t* p, V v) { _mm512_storeu_si512(p, v); }
-// Lane k from / to the 16 bytes at p + k * stride, with masked full-width loads
-// and stores whose base is moved back by 16k bytes so that only lane k's
-// bytes at p + k * stride are touched (masked-off bytes are neither read nor
-// written).
-inline const void* laneBase(const uint8_t* p, int stride, int k) {
-    return reinterpret_cast<const void*>(reinterpret_cast<uintptr_t>(p) + uintptr_t(std::ptrdiff_t(k) * (stride - 16)));
-}
-inline V loadLanes(const uint8_t* p, int stride) {
-    V v = _mm512_maskz_loadu_epi32(0x000F, p);
-    v = _mm512_mask_loadu_epi32(v, 0x00F0, laneBase(p, stride, 1));
-    v = _mm512_mask_loadu_epi32(v, 0x0F00, laneBase(p, stride, 2));
-    return _mm512_mask_loadu_epi32(v, 0xF000, laneBase(p, stride, 3));
-}
 // Chunks 3k, 3k+1, 3k+2 of twelve consecutive 16-byte chunks into lane k of a,
 // b and c: three whole loads and two lane permutations per vector.
 inline void loadChunks3(const uint8_t* p, V& a, V& b, V& c) {
@@ -57,6 +48,12 @@ inline void loadChunks3(const uint8_t* p, V& a, V& b, V& c) {
     b = _mm512_mask_shuffle_i64x2(b, 0xC0, z2, z2, 0x80);                                 // c10
     c = _mm512_permutex2var_epi64(z0, _mm512_setr_epi64(4, 5, 10, 11, 0, 0, 0, 0), z1);   // c2 c5
     c = _mm512_mask_shuffle_i64x2(c, 0xF0, z2, z2, 0xC0);                                 // c8 c11
+}
+// Lane k to the 16 bytes at p + k * stride, by masked full-width stores whose
+// base is moved back by 16k bytes so that only lane k's bytes at p + k * stride
+// are written (masked-off bytes are not touched).
+inline const void* laneBase(const uint8_t* p, int stride, int k) {
+    return reinterpret_cast<const void*>(reinterpret_cast<uintptr_t>(p) + uintptr_t(std::ptrdiff_t(k) * (stride - 16)));
 }
 inline void storeLanes(uint8_t* p, int stride, V v) {
     for (int k = 0; k < 4; ++k)
@@ -247,8 +244,6 @@ struct Tri {
     V c[3];
 };
 
-// Blend the three chunks so each channel's 16 bytes share one vector, then
-// put them in pixel order (and the reverse).
 inline V blendAt(V a, V b, const Positions& k) {
     return blend(a, b, k.bits, _mm_loadu_si128(reinterpret_cast<const __m128i*>(k.bytes.b)));
 }
@@ -264,6 +259,8 @@ inline Tri blend3(const uint8_t* p) {
              blendAt(blendAt(a, b, b1), c, b2)}};
 }
 
+// Blend the three chunks so each channel's 16 bytes share one vector, then
+// put them in pixel order (and the reverse).
 inline Tri deinterleave3(const uint8_t* p) {
     static constexpr Mask g0 = gather3(0), g1 = gather3(1), g2 = gather3(2);
     const Tri t = blend3(p);
