@@ -11,7 +11,8 @@ void convert(const uint8_t* const src[3], int srcStep, uint8_t* const dst[3], in
                     {rowAt(dst[0], dstStep, y), rowAt(dst[1], dstStep, y), rowAt(dst[2], dstStep, y)},
                     roi.width,
                     alpha};
-        scalar(r, simd ? simd(r) : 0);
+        const int done = simd ? simd(r) : 0;
+        if (done < roi.width) scalar(r, done);
     }
 }
 

@@ -384,7 +384,8 @@ inline void encodeBlock16(V r8, V g8, V b8, V& y, V& cb, V& cr) {
 }
 
 template <Pack S, Pack D>
-int encodeBlockRow(const Row& r) {
+int encodeBlockRow(const Row& row) {
+    const Row r = row;  // a local copy: the stores below cannot change it
     static constexpr bool kNoFlip[3] = {false, false, false};
     const V black = set8(16), sign = set8(0x80);
     int x = 0;
@@ -412,7 +413,8 @@ inline void encodeRef32(V px, V& y, V& cb, V& cr) {
 }
 
 template <Pack S, Pack D>
-int encodeRefRows(const Row& r) {
+int encodeRefRows(const Row& row) {
+    const Row r = row;  // a local copy: the stores below cannot change it
     int x = 0;
     for (; x <= r.width - kStep; x += kStep) {
         V px[4];
@@ -441,7 +443,8 @@ int encodeRefRows(const Row& r) {
 // to 0..255. When both coefficients of a chroma channel are even, m(x*128, c)
 // is taken as m(x*256, c/2), the same product without the prescaling shift.
 template <Pack S, Pack D, bool Bgr, bool Bt709>
-int decodeRows(const Row& r) {
+int decodeRows(const Row& row) {
+    const Row r = row;  // a local copy: the stores below cannot change it
     static constexpr yuv::BlockCoeffs k = Bt709 ? yuv::kBlock709Csc : yuv::kBlock601;
     static constexpr bool cbHalf = k.cbToG % 2 == 0 && k.cbToB % 2 == 0;
     static constexpr bool crHalf = k.crToR % 2 == 0 && k.crToG % 2 == 0;
