@@ -186,8 +186,9 @@ TEST(RgbYCbCr444, MatchesModelOverShapesAndSteps) {
         }
 }
 
-// Every input triple at a block position and at a remainder position.
-TEST(RgbYCbCr444, MatchesModelOnEveryInput) {
+// Every pair of values of the first two channels (the third varying with
+// them), spread over block and remainder positions.
+TEST(RgbYCbCr444, MatchesModelOnEveryChannelPair) {
     for (const Member& m : members()) {
         const int w = 773;  // 5 remainder pixels after whole 8- and 16-pixel blocks
         Call c(m, w, 256 * 256 / w + 2, StepKind::Tight, StepKind::Padded, 3, 0x5A);
