@@ -89,6 +89,33 @@ typedef struct TpxLibraryVersion {
 TPXCC_API const TpxLibraryVersion* tpxccGetLibVersion(void);
 
 /* ---- RGB and YCbCr 4:4:4 (BT.601 studio range; BT.709 709CSC decoders) --- */
+/* Encoders: Y in 16..235, Cb and Cr in 16..240. Decoders clamp to 0..255. C4
+ * destinations get `alpha` in every fourth byte; the fourth byte of an AC4
+ * image is neither read nor written. Planar images share one step. */
+TPXCC_API TpxStatus tpxiRGBToYCbCr_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCbCr_8u_AC4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCbCr_8u_P3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* const pDst[3], int dstStep,
+                                          TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCbCr_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], int dstStep,
+                                            TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCbCr_8u_AC4P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], int dstStep,
+                                             TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCrToRGB_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCrToRGB_8u_AC4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCrToRGB_8u_P3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* const pDst[3], int dstStep,
+                                          TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCrToRGB_8u_P3C3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* pDst, int dstStep,
+                                            TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCrToRGB_8u_P3C4R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* pDst, int dstStep,
+                                            TpxSize roiSize, Tpx8u alpha);
+TPXCC_API TpxStatus tpxiYCbCrToBGR_8u_P3C3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* pDst, int dstStep,
+                                            TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCrToBGR_8u_P3C4R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* pDst, int dstStep,
+                                            TpxSize roiSize, Tpx8u alpha);
+TPXCC_API TpxStatus tpxiYCbCrToBGR_709CSC_8u_P3C3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* pDst, int dstStep,
+                                                   TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCrToBGR_709CSC_8u_P3C4R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* pDst, int dstStep,
+                                                   TpxSize roiSize, Tpx8u alpha);
 /* end of RGB and YCbCr 4:4:4 */
 
 /* ---- RGB to subsampled YCbCr (4:2:2, 4:2:0, 4:1:1) ---------------------- */
