@@ -8,6 +8,26 @@
 namespace tpx::bayer {
 namespace {
 
+// Word indices that interleave three vectors of 32 units into 96 units, in
+// three 32-unit parts: ab[part] for a two-source permute of a and b, then c
+// merged at the positions fromC[part] through c[part].
+struct WordInterleave {
+    alignas(64) uint16_t ab[3][32];
+    alignas(64) uint16_t c[3][32];
+    uint32_t fromC[3];
+};
+constexpr WordInterleave wordInterleave() {
+    WordInterleave t{};
+    for (int part = 0; part < 3; ++part)
+        for (int w = 0; w < 32; ++w) {
+            const int n = 32 * part + w, src = n % 3, i = n / 3;
+            t.ab[part][w] = uint16_t(src == 0 ? i : src == 1 ? 32 + i : 0);
+            t.c[part][w] = uint16_t(src == 2 ? i : 0);
+            if (src == 2) t.fromC[part] |= 1u << w;
+        }
+    return t;
+}
+
 template <class T>
 struct Avx512 {
     using Vec = __m512i;
@@ -47,28 +67,26 @@ struct Avx512 {
         else return _mm512_mask_blend_epi16(m, b, a);
     }
 
+    // 16-bit units of R,G,B output in memory order are taken three ways from
+    // units of `a`, `b`, `c` (unit n from vector n % 3, index n / 3).
+    static void interleaveUnits(void* out, Vec a, Vec b, Vec c) {
+        static constexpr WordInterleave t = wordInterleave();
+        for (int part = 0; part < 3; ++part) {
+            const Vec ab = _mm512_permutex2var_epi16(a, _mm512_load_si512(t.ab[part]), b);
+            const Vec abc = _mm512_mask_permutexvar_epi16(ab, t.fromC[part], _mm512_load_si512(t.c[part]), c);
+            _mm512_storeu_si512(static_cast<uint8_t*>(out) + 64 * part, abc);
+        }
+    }
     static void store3(T* out, Vec r, Vec g, Vec b) {
-        static constexpr auto masks = simd::interleaveMasks<int(sizeof(T))>();
-        auto part = [&](int k) {
-            auto m = [&](int ch) { return _mm512_load_si512(masks.m[k][ch]); };
-            return _mm512_ternarylogic_epi32(_mm512_shuffle_epi8(r, m(0)), _mm512_shuffle_epi8(g, m(1)),
-                                             _mm512_shuffle_epi8(b, m(2)), 0xfe);  // A | B | C
-        };
-        // Lane k of part p holds output bytes 48k + 16p .. 48k + 16p + 15.
-        const Vec a = part(0), bb = part(1), c = part(2);
-        const __mmask8 lane2 = 0x30;
-        const Vec o0 = _mm512_mask_permutexvar_epi64(
-            _mm512_permutex2var_epi64(a, _mm512_setr_epi64(0, 1, 8, 9, 0, 0, 2, 3), bb), lane2,
-            _mm512_setr_epi64(0, 0, 0, 0, 0, 1, 0, 0), c);
-        const Vec o1 = _mm512_mask_permutexvar_epi64(
-            _mm512_permutex2var_epi64(bb, _mm512_setr_epi64(2, 3, 10, 11, 0, 0, 4, 5), c), lane2,
-            _mm512_setr_epi64(0, 0, 0, 0, 4, 5, 0, 0), a);
-        const Vec o2 = _mm512_mask_permutexvar_epi64(
-            _mm512_permutex2var_epi64(c, _mm512_setr_epi64(4, 5, 14, 15, 0, 0, 6, 7), a), lane2,
-            _mm512_setr_epi64(0, 0, 0, 0, 6, 7, 0, 0), bb);
-        _mm512_storeu_si512(out, o0);
-        _mm512_storeu_si512(reinterpret_cast<uint8_t*>(out) + 64, o1);
-        _mm512_storeu_si512(reinterpret_cast<uint8_t*>(out) + 128, o2);
+        if constexpr (kBytes) {
+            // Pixel pairs 2k, 2k+1 are the units (r0 g0) (b0 r1) (g1 b1).
+            const __mmask64 high = 0xaaaaaaaaaaaaaaaaull;
+            interleaveUnits(out, _mm512_mask_blend_epi8(high, r, _mm512_slli_epi16(g, 8)),
+                            _mm512_mask_blend_epi8(high, b, r),
+                            _mm512_mask_blend_epi8(high, _mm512_srli_epi16(g, 8), b));
+        } else {
+            interleaveUnits(out, r, g, b);
+        }
     }
 };
 

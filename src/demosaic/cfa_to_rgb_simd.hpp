@@ -13,6 +13,7 @@
 #include "demosaic/cfa_to_rgb.hpp"
 
 #include <cstdint>
+#include <cstring>
 
 namespace tpx::bayer::simd {
 
@@ -36,41 +37,53 @@ constexpr InterleaveMasks<ElemSize> interleaveMasks() {
     return t;
 }
 
+// One block of V::kLanes pixels starting k pixels into the stretch, written
+// to `out`; `site` marks the lanes that hold red or blue sites.
 template <class V, bool RedRow, class T>
-inline int interiorRows(const InteriorRow<T>& r, typename V::Mask site) {
+inline void block(const InteriorRow<T>& r, int k, typename V::Mask site, T* out) {
     using Vec = typename V::Vec;
+    const int i = r.begin + k;
+    const Vec c = V::load(r.mid + i), cl = V::load(r.mid + i - 1), cr = V::load(r.mid + i + 1);
+    const Vec u = V::load(r.up + i), d = V::load(r.down + i);
+    const Vec across = V::avg(cl, cr), along = V::avg(u, d);
+    const Vec cross = V::avg4(across, along, cl, cr, u, d);
+    const Vec ul = V::load(r.up + i - 1), ur = V::load(r.up + i + 1);
+    const Vec dl = V::load(r.down + i - 1), dr = V::load(r.down + i + 1);
+    const Vec diag = V::avg4(V::avg(ul, ur), V::avg(dl, dr), ul, ur, dl, dr);
+    const Vec dH = V::absDiff(V::load(r.mid + i - 2), V::load(r.mid + i + 2));
+    const Vec dV = V::absDiff(V::load(r.up2 + i), V::load(r.down2 + i));
+    const Vec green = V::directed(dH, dV, across, along, cross);
+    const Vec own = V::select(site, c, across);  // red in a red row, blue in a blue row
+    const Vec g = V::select(site, green, c);
+    const Vec other = V::select(site, diag, along);
+    if (RedRow) V::store3(out, own, g, other);
+    else V::store3(out, other, g, own);
+}
+
+// Whole blocks, then one block over the last kLanes pixels of the stretch
+// computed aside, of which only the pixels not yet written are copied out:
+// every pixel is written once and nothing outside the image is read.
+template <class V, bool RedRow, class T>
+inline int interiorRows(const InteriorRow<T>& r) {
     constexpr int L = V::kLanes;
+    if (r.count < L) return 0;
+    auto site = [&](int k) { return V::sites(((r.begin + k) ^ r.siteParity) & 1); };
+    const auto first = site(0);
     const int n = r.count / L * L;
-    const T* up2 = r.up2 + r.begin;
-    const T* up = r.up + r.begin;
-    const T* mid = r.mid + r.begin;
-    const T* down = r.down + r.begin;
-    const T* down2 = r.down2 + r.begin;
-    for (int k = 0; k < n; k += L) {
-        const Vec c = V::load(mid + k), cl = V::load(mid + k - 1), cr = V::load(mid + k + 1);
-        const Vec u = V::load(up + k), d = V::load(down + k);
-        const Vec across = V::avg(cl, cr), along = V::avg(u, d);
-        const Vec cross = V::avg4(across, along, cl, cr, u, d);
-        const Vec ul = V::load(up + k - 1), ur = V::load(up + k + 1);
-        const Vec dl = V::load(down + k - 1), dr = V::load(down + k + 1);
-        const Vec diag = V::avg4(V::avg(ul, ur), V::avg(dl, dr), ul, ur, dl, dr);
-        const Vec dH = V::absDiff(V::load(mid + k - 2), V::load(mid + k + 2));
-        const Vec dV = V::absDiff(V::load(up2 + k), V::load(down2 + k));
-        const Vec green = V::directed(dH, dV, across, along, cross);
-        const Vec own = V::select(site, c, across);  // red in a red row, blue in a blue row
-        const Vec g = V::select(site, green, c);
-        const Vec other = V::select(site, diag, along);
-        if (RedRow) V::store3(r.out + 3 * k, own, g, other);
-        else V::store3(r.out + 3 * k, other, g, own);
+    for (int k = 0; k < n; k += L) block<V, RedRow>(r, k, first, r.out + 3 * k);
+    if (n < r.count) {
+        alignas(64) T aside[3 * L];
+        const int k = r.count - L;
+        block<V, RedRow>(r, k, site(k), aside);
+        std::memcpy(r.out + 3 * n, aside + 3 * (n - k), sizeof(T) * 3 * size_t(r.count - n));
     }
-    return n;
+    return r.count;
 }
 
 // The row function for one instruction set.
 template <class V, class T>
 int interiorRow(const InteriorRow<T>& r) {
-    const auto site = V::sites((r.begin ^ r.siteParity) & 1);
-    return r.redRow ? interiorRows<V, true>(r, site) : interiorRows<V, false>(r, site);
+    return r.redRow ? interiorRows<V, true>(r) : interiorRows<V, false>(r);
 }
 
 }  // namespace tpx::bayer::simd
