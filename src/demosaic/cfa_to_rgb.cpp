@@ -1,5 +1,5 @@
 // tpxiCFAToRGB_8u_C1C3R and tpxiCFAToRGB_16u_C1C3R: argument checks and the
-// choice of the interior row function; the arithmetic is in cfa_to_rgb.hpp.
+// choice of the row function; the arithmetic is in cfa_to_rgb.hpp.
 #include "demosaic/cfa_to_rgb.hpp"
 
 namespace tpx::bayer {
@@ -11,7 +11,7 @@ namespace {
 // byte steps into element steps by an arithmetic shift.
 template <class T>
 TpxStatus cfaToRgbEntry(const T* pSrc, TpxRect srcRoi, TpxSize srcSize, int srcStep, T* pDst, int dstStep,
-                        TpxBayerGrid grid, InteriorRowFn<T> rowFn) {
+                        TpxBayerGrid grid, StretchFn<T> rowFn) {
     TPX_CHECK(check::notNull(pSrc, pDst));
     TPX_CHECK(check::size(srcSize, 2, 2));
     TPX_CHECK(checkGrid(grid));
@@ -32,15 +32,15 @@ using namespace tpx::bayer;
 extern "C" TPXCC_API TpxStatus tpxiCFAToRGB_8u_C1C3R(const Tpx8u* pSrc, TpxRect srcRoi, TpxSize srcSize,
                                                      int srcStep, Tpx8u* pDst, int dstStep, TpxBayerGrid grid,
                                                      int /*interpolation: one method only*/) {
-    static constexpr tpx::TierKernels<InteriorRowFn<uint8_t>> rows{
-        interiorRowScalar<uint8_t>, TPX_X86(interiorRow8_avx2), TPX_X86(interiorRow8_avx512)};
+    static constexpr tpx::TierKernels<StretchFn<uint8_t>> rows{
+        stretchRowScalar<uint8_t>, TPX_X86(stretchRow8_avx2), TPX_X86(stretchRow8_avx512)};
     return cfaToRgbEntry(pSrc, srcRoi, srcSize, srcStep, pDst, dstStep, grid, tpx::pick(rows));
 }
 
 extern "C" TPXCC_API TpxStatus tpxiCFAToRGB_16u_C1C3R(const Tpx16u* pSrc, TpxRect srcRoi, TpxSize srcSize,
                                                       int srcStep, Tpx16u* pDst, int dstStep, TpxBayerGrid grid,
                                                       int /*interpolation: one method only*/) {
-    static constexpr tpx::TierKernels<InteriorRowFn<uint16_t>> rows{
-        interiorRowScalar<uint16_t>, TPX_X86(interiorRow16_avx2), TPX_X86(interiorRow16_avx512)};
+    static constexpr tpx::TierKernels<StretchFn<uint16_t>> rows{
+        stretchRowScalar<uint16_t>, TPX_X86(stretchRow16_avx2), TPX_X86(stretchRow16_avx512)};
     return cfaToRgbEntry(pSrc, srcRoi, srcSize, srcStep, pDst, dstStep, grid, tpx::pick(rows));
 }

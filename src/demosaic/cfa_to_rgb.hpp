@@ -1,5 +1,5 @@
 // Bayer mosaic to R,G,B: the per-pixel rules, the row functions of the
-// interior and the plane driver shared by the 8u and 16u members.
+// stretches of rows and the plane driver shared by the 8u and 16u members.
 //
 // The colour a pixel's own site holds is copied. At a green site the colour
 // of the row neighbours is avg2 of them and the colour of the column
@@ -55,11 +55,11 @@ inline void pixel(const T* up2, const T* up, const T* mid, const T* down, const 
     put(out, redRow, mid[i], green, avg4(up[l], up[r], down[l], down[r]));
 }
 
-// A stretch of one interior row: every pixel has two neighbours on each side
-// inside the image.
+// A stretch of one row whose pixels all have their row and column neighbours
+// inside the image, or mirrored rows above or below (`up`, `down`).
 template <class T>
-struct InteriorRow {
-    const T* up2;  // image rows j-2 .. j+2, each at column 0
+struct Stretch {
+    const T* up2;  // image rows j-2 .. j+2, each at column 0 (up2, down2 only when directed)
     const T* up;
     const T* mid;
     const T* down;
@@ -68,44 +68,48 @@ struct InteriorRow {
     int begin, count;  // first image column, number of pixels
     bool redRow;       // the row holds red sites (else blue sites)
     int siteParity;    // parity of the columns of its red or blue sites
+    bool directed;     // interior row: gradient-directed green (else avg4)
 };
 
 // A row function converts the first pixels of the stretch and returns how
-// many it did (a multiple of 2, so the phase of the rest is unchanged); the
-// scalar one does them all.
+// many it did; the scalar one does them all.
 template <class T>
-using InteriorRowFn = int (*)(const InteriorRow<T>&);
+using StretchFn = int (*)(const Stretch<T>&);
 
 template <class T>
-inline void interiorScalar(const InteriorRow<T>& r, int done) {
+inline void stretchScalar(const Stretch<T>& r, int done) {
     for (int k = done; k < r.count; ++k) {
         const int i = r.begin + k;
-        pixel<true>(r.up2, r.up, r.mid, r.down, r.down2, i - 1, i, i + 1, ((i ^ r.siteParity) & 1) != 0,
-                    r.redRow, r.out + 3 * std::ptrdiff_t(k));
+        const bool greenSite = ((i ^ r.siteParity) & 1) != 0;
+        T* out = r.out + 3 * std::ptrdiff_t(k);
+        if (r.directed) pixel<true>(r.up2, r.up, r.mid, r.down, r.down2, i - 1, i, i + 1, greenSite, r.redRow, out);
+        else pixel<false>(r.up, r.up, r.mid, r.down, r.down, i - 1, i, i + 1, greenSite, r.redRow, out);
     }
 }
 template <class T>
-int interiorRowScalar(const InteriorRow<T>& r) {
-    interiorScalar(r, 0);
+int stretchRowScalar(const Stretch<T>& r) {
+    stretchScalar(r, 0);
     return r.count;
 }
 
 #if TPX_HAVE_X86
-int interiorRow8_avx2(const InteriorRow<uint8_t>& r);
-int interiorRow16_avx2(const InteriorRow<uint16_t>& r);
-int interiorRow8_avx512(const InteriorRow<uint8_t>& r);
-int interiorRow16_avx512(const InteriorRow<uint16_t>& r);
+int stretchRow8_avx2(const Stretch<uint8_t>& r);
+int stretchRow16_avx2(const Stretch<uint16_t>& r);
+int stretchRow8_avx512(const Stretch<uint8_t>& r);
+int stretchRow16_avx512(const Stretch<uint16_t>& r);
 #endif
 
 // Converts the region `rg` of a W x H mosaic whose row 0 starts at `src`;
 // steps count elements. `dst` is the destination pixel of (rg.x, rg.y).
 template <class T>
 void cfaToRgb(const T* src, std::ptrdiff_t srcStep, TpxSize image, Region rg, Phase ph, T* dst,
-              std::ptrdiff_t dstStep, InteriorRowFn<T> rowFn) {
+              std::ptrdiff_t dstStep, StretchFn<T> rowFn) {
     const int W = image.width, H = image.height, xEnd = rg.x + rg.width, yEnd = rg.y + rg.height;
     auto row = [&](int j) { return src + srcStep * j; };
     auto out = [&](int i, int j) { return dst + dstStep * (j - rg.y) + 3 * std::ptrdiff_t(i - rg.x); };
-    auto borderPixels = [&](int j, int from, int to) {
+    // Columns [from, to) of row j, reading the columns and rows next to the
+    // edges through their mirror images.
+    auto border = [&](int j, int from, int to) {
         const T* up = row(mirror(j - 1, H));
         const T* mid = row(j);
         const T* down = row(mirror(j + 1, H));
@@ -113,27 +117,32 @@ void cfaToRgb(const T* src, std::ptrdiff_t srcStep, TpxSize image, Region rg, Ph
             pixel<false>(up, up, mid, down, down, mirror(i - 1, W), i, mirror(i + 1, W), ph.at(i, j) == Colour::Green,
                          ph.redRow(j), out(i, j));
     };
+    // Columns [from, to) of row j, none of them in the first or last column.
+    auto stretch = [&](int j, int from, int to, bool directed) {
+        if (from >= to) return;
+        const Stretch<T> r{directed ? row(j - 2) : nullptr, row(mirror(j - 1, H)), row(j), row(mirror(j + 1, H)),
+                           directed ? row(j + 2) : nullptr, out(from, j), from, to - from, ph.redRow(j),
+                           ph.siteColumnParity(j), directed};
+        const int done = rowFn(r);
+        if (done < r.count) stretchScalar(r, done);
+    };
 
     // Border band: image rows 0, 1, H-2, H-1 whole, columns 0, 1, W-2, W-1 elsewhere.
+    const int inner0 = std::max(rg.x, 1), inner1 = std::min(xEnd, W - 1);
     for (int j = rg.y; j < yEnd; ++j) {
         if (j < 2 || j >= H - 2) {
-            borderPixels(j, rg.x, xEnd);
+            border(j, rg.x, std::min(xEnd, 1));
+            stretch(j, inner0, inner1, false);
+            border(j, std::max(rg.x, W - 1), xEnd);
         } else {
-            borderPixels(j, rg.x, std::min(xEnd, 2));
-            borderPixels(j, std::max({rg.x, W - 2, 2}), xEnd);
+            border(j, rg.x, std::min(xEnd, 2));
+            border(j, std::max({rg.x, W - 2, 2}), xEnd);
         }
     }
 
     // Interior.
-    const int c0 = std::max(rg.x, 2), c1 = std::min(xEnd - 1, W - 3);
-    const int r0 = std::max(rg.y, 2), r1 = std::min(yEnd - 1, H - 3);
-    if (c0 > c1 || r0 > r1) return;
-    for (int j = r0; j <= r1; ++j) {
-        const InteriorRow<T> r{row(j - 2), row(j - 1), row(j), row(j + 1), row(j + 2), out(c0, j),
-                               c0, c1 - c0 + 1, ph.redRow(j), ph.siteColumnParity(j)};
-        const int done = rowFn(r);
-        if (done < r.count) interiorScalar(r, done);
-    }
+    const int c0 = std::max(rg.x, 2), c1 = std::min(xEnd, W - 2);
+    for (int j = std::max(rg.y, 2); j < std::min(yEnd, H - 2); ++j) stretch(j, c0, c1, true);
 }
 
 }  // namespace tpx::bayer

@@ -1,4 +1,4 @@
-// AVX2 interior rows of the Bayer demosaic: 32 (8u) or 16 (16u) pixels a step.
+// AVX2 row stretches of the Bayer demosaic: 32 (8u) or 16 (16u) pixels a step.
 #include "demosaic/cfa_to_rgb_simd.hpp"
 
 #include <immintrin.h>
@@ -59,7 +59,7 @@ struct Avx2 {
 
 }  // namespace
 
-int interiorRow8_avx2(const InteriorRow<uint8_t>& r) { return simd::interiorRow<Avx2<uint8_t>>(r); }
-int interiorRow16_avx2(const InteriorRow<uint16_t>& r) { return simd::interiorRow<Avx2<uint16_t>>(r); }
+int stretchRow8_avx2(const Stretch<uint8_t>& r) { return simd::stretchRow<Avx2<uint8_t>>(r); }
+int stretchRow16_avx2(const Stretch<uint16_t>& r) { return simd::stretchRow<Avx2<uint16_t>>(r); }
 
 }  // namespace tpx::bayer

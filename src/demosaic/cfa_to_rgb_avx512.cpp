@@ -1,4 +1,4 @@
-// AVX-512 interior rows of the Bayer demosaic: 64 (8u) or 32 (16u) pixels a step.
+// AVX-512 row stretches of the Bayer demosaic: 64 (8u) or 32 (16u) pixels a step.
 #include "demosaic/cfa_to_rgb_simd.hpp"
 
 #include <immintrin.h>
@@ -92,7 +92,7 @@ struct Avx512 {
 
 }  // namespace
 
-int interiorRow8_avx512(const InteriorRow<uint8_t>& r) { return simd::interiorRow<Avx512<uint8_t>>(r); }
-int interiorRow16_avx512(const InteriorRow<uint16_t>& r) { return simd::interiorRow<Avx512<uint16_t>>(r); }
+int stretchRow8_avx512(const Stretch<uint8_t>& r) { return simd::stretchRow<Avx512<uint8_t>>(r); }
+int stretchRow16_avx512(const Stretch<uint16_t>& r) { return simd::stretchRow<Avx512<uint16_t>>(r); }
 
 }  // namespace tpx::bayer
