@@ -6,6 +6,26 @@
 namespace tpx::bayer {
 namespace {
 
+// pshufb masks that interleave three registers of samples (one per channel)
+// into R,G,B order, per 16-byte lane: mask[part][channel] gathers the bytes of
+// `channel` that go to output bytes part*16 .. part*16+15 of the lane's 48.
+// Repeated for both lanes of a register.
+template <int ElemSize>
+struct InterleaveMasks {
+    alignas(32) int8_t m[3][3][32];
+};
+template <int ElemSize>
+constexpr InterleaveMasks<ElemSize> interleaveMasks() {
+    InterleaveMasks<ElemSize> t{};
+    for (int part = 0; part < 3; ++part)
+        for (int ch = 0; ch < 3; ++ch)
+            for (int b = 0; b < 32; ++b) {
+                const int q = part * 16 + b % 16, e = q / ElemSize;
+                t.m[part][ch][b] = int8_t(e % 3 == ch ? (e / 3) * ElemSize + q % ElemSize : -128);
+            }
+    return t;
+}
+
 template <class T>
 struct Avx2 {
     using Vec = __m256i;
@@ -42,7 +62,7 @@ struct Avx2 {
     static Vec select(Mask m, Vec a, Vec b) { return _mm256_blendv_epi8(b, a, m); }
 
     static void store3(T* out, Vec r, Vec g, Vec b) {
-        static constexpr auto masks = simd::interleaveMasks<int(sizeof(T))>();
+        static constexpr auto masks = interleaveMasks<int(sizeof(T))>();
         auto part = [&](int k) {
             auto m = [&](int ch) { return _mm256_load_si256(reinterpret_cast<const __m256i*>(masks.m[k][ch])); };
             return _mm256_or_si256(_mm256_or_si256(_mm256_shuffle_epi8(r, m(0)), _mm256_shuffle_epi8(g, m(1))),

@@ -17,28 +17,10 @@
 
 namespace tpx::bayer::simd {
 
-// pshufb masks that interleave three registers of samples (one per channel)
-// into R,G,B order, per 16-byte lane: mask[part][channel] gathers the bytes of
-// `channel` that go to output bytes part*16 .. part*16+15 of the lane's 48.
-// Repeated for every lane of a 64-byte register.
-template <int ElemSize>
-struct InterleaveMasks {
-    alignas(64) int8_t m[3][3][64];
-};
-template <int ElemSize>
-constexpr InterleaveMasks<ElemSize> interleaveMasks() {
-    InterleaveMasks<ElemSize> t{};
-    for (int part = 0; part < 3; ++part)
-        for (int ch = 0; ch < 3; ++ch)
-            for (int b = 0; b < 64; ++b) {
-                const int q = part * 16 + b % 16, e = q / ElemSize;
-                t.m[part][ch][b] = int8_t(e % 3 == ch ? (e / 3) * ElemSize + q % ElemSize : -128);
-            }
-    return t;
-}
-
 // One block of V::kLanes pixels starting k pixels into the stretch, written
-// to `out`; `site` marks the lanes that hold red or blue sites.
+// to `out`; `site` marks the lanes that hold red or blue sites. Without
+// Directed (border rows) green at those sites is avg4 and columns i-2, i+2
+// and rows j-2, j+2 are not read.
 template <class V, bool RedRow, bool Directed, class T>
 inline void block(const Stretch<T>& r, int k, typename V::Mask site, T* out) {
     using Vec = typename V::Vec;
