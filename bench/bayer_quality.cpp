@@ -106,6 +106,18 @@ int matchingCode(const int codes[4], int grid) {
     return -1;
 }
 
+// PSNR of ours, OpenCV bilinear and OpenCV edge-aware for one phase.
+template <class T>
+void measure(const Picture& p, int grid, const int bilinear[4], const int edgeAware[4], double v[3]) {
+    const cv::Mat m = mosaic<T>(p, grid);
+    cv::Mat b, e;
+    cv::cvtColor(m, b, matchingCode(bilinear, grid));
+    cv::cvtColor(m, e, matchingCode(edgeAware, grid));
+    v[0] = psnr<T>(p, ours<T>(m, grid));
+    v[1] = psnr<T>(p, b);
+    v[2] = psnr<T>(p, e);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -129,33 +141,18 @@ int main(int argc, char** argv) {
             continue;
         }
         const bool wide = p.maxval > 255;
+        std::string name = argv[a];
+        if (name.size() > 28) name = "..." + name.substr(name.size() - 25);
         double mean[3] = {0, 0, 0};
         for (int grid = 0; grid < 4; ++grid) {
             double v[3];
-            if (wide) {
-                const cv::Mat m = mosaic<uint16_t>(p, grid);
-                cv::Mat b, e;
-                cv::cvtColor(m, b, matchingCode(bilinear, grid));
-                cv::cvtColor(m, e, matchingCode(edgeAware, grid));
-                v[0] = psnr<uint16_t>(p, ours<uint16_t>(m, grid));
-                v[1] = psnr<uint16_t>(p, b);
-                v[2] = psnr<uint16_t>(p, e);
-            } else {
-                const cv::Mat m = mosaic<uint8_t>(p, grid);
-                cv::Mat b, e;
-                cv::cvtColor(m, b, matchingCode(bilinear, grid));
-                cv::cvtColor(m, e, matchingCode(edgeAware, grid));
-                v[0] = psnr<uint8_t>(p, ours<uint8_t>(m, grid));
-                v[1] = psnr<uint8_t>(p, b);
-                v[2] = psnr<uint8_t>(p, e);
-            }
-            std::string name = argv[a];
-            if (name.size() > 28) name = "..." + name.substr(name.size() - 25);
+            if (wide) measure<uint16_t>(p, grid, bilinear, edgeAware, v);
+            else measure<uint8_t>(p, grid, bilinear, edgeAware, v);
             std::printf("%-28s %-5s %5d  %8.2f %12.2f %14.2f\n", name.c_str(), gridName[grid], wide ? 16 : 8, v[0],
                         v[1], v[2]);
             for (int k = 0; k < 3; ++k) mean[k] += v[k] / 4;
         }
-        std::printf("%-28s %-5s %5s  %8.2f %12.2f %14.2f\n", "  mean of the four phases", "", "", mean[0], mean[1],
+        std::printf("%-28s %-5s %5d  %8.2f %12.2f %14.2f\n", name.c_str(), "mean", wide ? 16 : 8, mean[0], mean[1],
                     mean[2]);
     }
     return status;
