@@ -76,15 +76,20 @@ struct Stretch {
 template <class T>
 using StretchFn = int (*)(const Stretch<T>&);
 
-template <class T>
-inline void stretchScalar(const Stretch<T>& r, int done) {
+template <bool Directed, bool RedRow, class T>
+inline void stretchPixels(const Stretch<T>& r, int done) {
+    const T* up2 = Directed ? r.up2 : r.up;
+    const T* down2 = Directed ? r.down2 : r.down;
     for (int k = done; k < r.count; ++k) {
         const int i = r.begin + k;
-        const bool greenSite = ((i ^ r.siteParity) & 1) != 0;
-        T* out = r.out + 3 * std::ptrdiff_t(k);
-        if (r.directed) pixel<true>(r.up2, r.up, r.mid, r.down, r.down2, i - 1, i, i + 1, greenSite, r.redRow, out);
-        else pixel<false>(r.up, r.up, r.mid, r.down, r.down, i - 1, i, i + 1, greenSite, r.redRow, out);
+        pixel<Directed>(up2, r.up, r.mid, r.down, down2, i - 1, i, i + 1, ((i ^ r.siteParity) & 1) != 0, RedRow,
+                        r.out + 3 * std::ptrdiff_t(k));
     }
+}
+template <class T>
+inline void stretchScalar(const Stretch<T>& r, int done) {
+    if (r.directed) r.redRow ? stretchPixels<true, true>(r, done) : stretchPixels<true, false>(r, done);
+    else r.redRow ? stretchPixels<false, true>(r, done) : stretchPixels<false, false>(r, done);
 }
 template <class T>
 int stretchRowScalar(const Stretch<T>& r) {
