@@ -216,6 +216,10 @@ TEST(CFAToRGB, Checks) {
         EXPECT_TRUE(dst8.untouched());
         EXPECT_TRUE(dst16.untouched());
     }
+    // A bad origin is refused even when the rectangle is empty.
+    EXPECT_EQ(call(src8.ptr<uint8_t>(), {-1, 0, 0, 0}, {W, H}, W, dst8.ptr<uint8_t>(), 3 * W, 0, 0), tpxStatusBadSize);
+    EXPECT_EQ(call(src16.ptr<uint16_t>(), {0, H, -5, 2}, {W, H}, 2 * W, dst16.ptr<uint16_t>(), 6 * W, 0, 0),
+              tpxStatusBadSize);
 }
 
 }  // namespace
