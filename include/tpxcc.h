@@ -209,6 +209,16 @@ TPXCC_API TpxStatus tpxiGrayToRGB_32f_C1C4R(const Tpx32f* pSrc, int srcStep, Tpx
 /* end of gray conversions */
 
 /* ---- Bayer demosaicing ----------------------------------------------------- */
+/* Bilinear demosaic of a Bayer mosaic into R,G,B pixels, with green at red and
+ * blue sites taken along the direction of lesser change. pSrc points at pixel
+ * (0,0) of the whole srcSize mosaic; srcRoi selects the pixels produced (cut
+ * at the right and bottom edges of the mosaic) and pDst at the destination
+ * pixel of (srcRoi.x, srcRoi.y). The grid names the colour of image pixel
+ * (0,0). interpolation is accepted and ignored. */
+TPXCC_API TpxStatus tpxiCFAToRGB_8u_C1C3R(const Tpx8u* pSrc, TpxRect srcRoi, TpxSize srcSize, int srcStep,
+                                          Tpx8u* pDst, int dstStep, TpxBayerGrid grid, int interpolation);
+TPXCC_API TpxStatus tpxiCFAToRGB_16u_C1C3R(const Tpx16u* pSrc, TpxRect srcRoi, TpxSize srcSize, int srcStep,
+                                           Tpx16u* pDst, int dstStep, TpxBayerGrid grid, int interpolation);
 /* end of Bayer demosaicing */
 
 /* ---- High-quality demosaicing (VNG, AHD) ----------------------------------- */
