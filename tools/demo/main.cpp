@@ -36,7 +36,7 @@ Picture makePicture(int w, int h) {
                 case 4: r = f, b = 1; break;
                 default: r = 1, b = 1 - f; break;
             }
-            const bool checker = ((x / 32) + (y / 32)) % 2 == 0 && y > h * 3 / 4;
+            const bool checker = ((x / 32) + (y / 32)) % 2 == 0 && y >= h * 3 / 4;
             const double k = checker ? 0.15 : 1.0;
             px[0] = uint8_t(std::lround(255 * r * light * k));
             px[1] = uint8_t(std::lround(255 * g * light * k));
