@@ -1,0 +1,105 @@
+// The SIMD row function of the RGB to subsampled YCbCr encoders, shared by the
+// AVX2 and AVX-512 translation units through a vector traits class V.
+//
+// Exact 32-bit arithmetic with 16 x 16-bit multiply-adds: a pixel is shuffled
+// into the bytes B, G, R, G, giving the word pairs (B, R) and (G, G); luma is
+// madd((B, R), (yB, yR)) + madd((G, G), (yG1, yG2)) with yG1 + yG2 = yG, so a
+// coefficient above 32767 is split over the pair. Chroma first sums the
+// blocks' words in 16 bits (vertically for 4:2:0, then the two columns of a
+// pair, leaving the sum in both 32-bit halves of each 64-bit group), then one
+// madd pair per vector gives Cb in the even and Cr in the odd 32-bit lanes.
+//
+// Pixels are loaded 128-bit lane by lane so that lane k of the first vector
+// holds pixels 8k..8k+3 and of the second 8k+4..8k+7; the in-lane packs then
+// leave pixels in order. Three-byte sources load the second vector from 4
+// bytes earlier so that no load passes the last pixel of the iteration.
+#pragma once
+
+#include "yuv/rgb_to_ycbcr_sub.hpp"
+
+#include <immintrin.h>
+
+namespace tpx::yuv::enc {
+
+// In-lane shuffle of four pixels (starting `shift` bytes into the lane) to
+// the bytes B, G, R, G.
+template <class L>
+inline __m128i pixelMask(int shift) {
+    alignas(16) int8_t m[16];
+    for (int i = 0; i < 4; ++i) {
+        const int base = i * L::srcBytes + shift;
+        m[4 * i + 0] = int8_t(base + L::bOff);
+        m[4 * i + 1] = int8_t(base + L::gOff);
+        m[4 * i + 2] = int8_t(base + L::rOff);
+        m[4 * i + 3] = int8_t(base + L::gOff);
+    }
+    return _mm_load_si128(reinterpret_cast<const __m128i*>(m));
+}
+
+inline int32_t pair16(int lo, int hi) { return int32_t(uint32_t(lo & 0xFFFF) | (uint32_t(hi) << 16)); }
+
+template <class V, class L>
+int rowSimd(const Rows& r, const Arith& a) {
+    static_assert(L::srcBytes == 3 || L::srcBytes == 4, "interleaved sources only");
+    static_assert(L::sampling != Sampling::Quad && !L::gamma && !L::limit, "no SIMD form");
+    using T = typename V::T;
+    constexpr int bpp = L::srcBytes, n = 8 * V::lanes, bh = L::blockH;
+    constexpr int shiftB = bpp == 3 ? 4 : 0;  // second vector loaded from 4 bytes earlier
+    const T maskA = V::bcast128(pixelMask<L>(0)), maskB = V::bcast128(pixelMask<L>(shiftB));
+    const T lowBytes = V::set32(0x00FF00FF);
+    const T yBR = V::set32(pair16(a.yB, a.yR)), yGG = V::set32(pair16(a.yG / 2, a.yG - a.yG / 2));
+    const T yOff = V::set64(a.yOff[0], a.yOff[1]);
+    // Even 32-bit lanes compute the first chroma byte of a packed group's
+    // order (Cr for YCrCb), odd lanes the second.
+    constexpr bool crFirst = L::pack == Pack::YCrCb;
+    const int32_t cbBR = pair16(a.cbB, a.cbR), crBR = pair16(a.crB, a.crR);
+    const int32_t cbGG = pair16(a.cbG / 2, a.cbG - a.cbG / 2), crGG = pair16(a.crG / 2, a.crG - a.crG / 2);
+    const T cBR = crFirst ? V::set64(crBR, cbBR) : V::set64(cbBR, crBR);
+    const T cGG = crFirst ? V::set64(crGG, cbGG) : V::set64(cbGG, crGG);
+    const T cOff = V::set32(a.cOff);
+    const __m128i yShift = _mm_cvtsi32_si128(16), cShift = _mm_cvtsi32_si128(a.cShift);
+    int x = 0;
+    for (; x + n <= r.width; x += n) {
+        T br[bh][2], gg[bh][2], yw[bh];
+        for (int j = 0; j < bh; ++j) {
+            const uint8_t* s = r.src[j][0] + std::ptrdiff_t(x) * bpp;
+            T yv[2];
+            for (int h = 0; h < 2; ++h) {
+                const T q = V::shuffle(V::loadLanes(s + h * (4 * bpp - shiftB), 8 * bpp), h ? maskB : maskA);
+                br[j][h] = V::andv(q, lowBytes);
+                gg[j][h] = V::srli16(q, 8);
+                yv[h] = V::sra32(V::add32(V::add32(V::madd(br[j][h], yBR), V::madd(gg[j][h], yGG)), yOff), yShift);
+            }
+            yw[j] = V::packs32(yv[0], yv[1]);
+        }
+        T cv[2];
+        for (int h = 0; h < 2; ++h) {
+            T sbr = br[0][h], sgg = gg[0][h];
+            if constexpr (bh == 2) sbr = V::add16(sbr, br[1][h]), sgg = V::add16(sgg, gg[1][h]);
+            sbr = V::add16(sbr, V::swapPairs(sbr));
+            sgg = V::add16(sgg, V::swapPairs(sgg));
+            cv[h] = V::sra32(V::add32(V::add32(V::madd(sbr, cBR), V::madd(sgg, cGG)), cOff), cShift);
+        }
+        const T c = V::packs32(cv[0], cv[1]);  // Cb, Cr words of the blocks in order
+        if constexpr (L::out == Out::Packed) {
+            // Words Y0 C0 Y1 C1 (or C0 Y0 C1 Y1), C alternating Cb, Cr.
+            constexpr bool yFirst = L::pack != Pack::CbYCr;
+            const T w = yw[0];
+            const T lo = yFirst ? V::unpacklo16(w, c) : V::unpacklo16(c, w);
+            const T hi = yFirst ? V::unpackhi16(w, c) : V::unpackhi16(c, w);
+            V::store(r.y[0] + 2 * std::ptrdiff_t(x), V::packus16(lo, hi));
+        } else {
+            if constexpr (bh == 2)
+                V::storeRows(r.y[0] + x, r.y[1] + x, yw[0], yw[1]);
+            else
+                V::storeRow(r.y[0] + x, yw[0]);
+            if constexpr (L::out == Out::TwoPlane)
+                V::storeRow(r.cb + x, c);
+            else
+                V::storePlanes(r.cb + x / 2, r.cr + x / 2, c);
+        }
+    }
+    return x;
+}
+
+}  // namespace tpx::yuv::enc
