@@ -11,49 +11,70 @@
 namespace tpx::yuv::enc {
 namespace {
 
+// Vector A holds pixels 0-15 of an iteration, B pixels 16-31; after the
+// packs lane k holds quarters 4k..4k+3 and 16+4k..16+4k+3, which the dword
+// permute order() puts back in order.
 struct V512 {
     using T = __m512i;
     static constexpr int lanes = 4;
-    static T bcast128(__m128i m) { return _mm512_broadcast_i32x4(m); }
-    static T set32(int32_t v) { return _mm512_set1_epi32(v); }
-    static T set64(int32_t lo, int32_t hi) { return _mm512_set1_epi64(int64_t(uint32_t(lo)) | (int64_t(hi) << 32)); }
-    static __m128i load128(const uint8_t* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
-    static T loadLanes(const uint8_t* p, int stride) {
-        const __m256i lo = _mm256_inserti128_si256(_mm256_castsi128_si256(load128(p)), load128(p + stride), 1);
-        const __m256i hi =
-            _mm256_inserti128_si256(_mm256_castsi128_si256(load128(p + 2 * stride)), load128(p + 3 * stride), 1);
-        return _mm512_inserti64x4(_mm512_castsi256_si512(lo), hi, 1);
+    static T order() { return _mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15); }
+    template <class L>
+    static void masks(T m[2]) {
+        const __m128i m0 = pixelMask<L>();
+        m[0] = _mm512_broadcast_i32x4(m0);
+        // Three-byte pixels 28-31 sit 4 bytes into their lane (see load).
+        m[1] = L::srcBytes == 3 ? _mm512_inserti32x4(m[0], pixelMask<L>(4), 3) : m[0];
+    }
+    // Three-byte pixels: 64 bytes loaded and their 12-byte quarters moved to
+    // the lanes by a dword permute; the second vector loads from byte 32 so
+    // as not to pass the iteration's last byte.
+    template <int Bpp>
+    static T load(const uint8_t* s, int h) {
+        if constexpr (Bpp == 4) {
+            return _mm512_loadu_si512(s + 64 * h);
+        } else {
+            const T v = _mm512_loadu_si512(s + 32 * h);
+            return h ? _mm512_permutexvar_epi32(_mm512_setr_epi32(4, 5, 6, 7, 7, 8, 9, 10, 10, 11, 12, 13, 12, 13, 14, 15), v)
+                     : _mm512_permutexvar_epi32(_mm512_setr_epi32(0, 1, 2, 3, 3, 4, 5, 6, 6, 7, 8, 9, 9, 10, 11, 12), v);
+        }
     }
     static T shuffle(T v, T m) { return _mm512_shuffle_epi8(v, m); }
+    static T set32(int32_t v) { return _mm512_set1_epi32(v); }
+    static T set64(int32_t lo, int32_t hi) { return _mm512_set1_epi64(int64_t(uint32_t(lo)) | (int64_t(hi) << 32)); }
     static T andv(T a, T b) { return _mm512_and_si512(a, b); }
     static T srli16(T v, int n) { return _mm512_srli_epi16(v, unsigned(n)); }
+    template <int N> static T srai(T v) { return _mm512_srai_epi32(v, N); }
     static T madd(T a, T b) { return _mm512_madd_epi16(a, b); }
     static T add16(T a, T b) { return _mm512_add_epi16(a, b); }
     static T add32(T a, T b) { return _mm512_add_epi32(a, b); }
-    static T sra32(T v, __m128i n) { return _mm512_sra_epi32(v, n); }
     static T swapPairs(T v) { return _mm512_shuffle_epi32(v, _MM_PERM_CDAB); }
     static T packs32(T a, T b) { return _mm512_packs_epi32(a, b); }
     static T packus16(T a, T b) { return _mm512_packus_epi16(a, b); }
     static T unpacklo16(T a, T b) { return _mm512_unpacklo_epi16(a, b); }
     static T unpackhi16(T a, T b) { return _mm512_unpackhi_epi16(a, b); }
-    static void store(uint8_t* p, T v) { _mm512_storeu_si512(p, v); }
-    // Words of two rows (lane k: pixels 8k..8k+7) to 32 bytes each.
+    // Packed groups: lane k holds pixels 4k..4k+3 and 16+4k..16+4k+3.
+    static void storePacked(uint8_t* p, T v) {
+        _mm512_storeu_si512(p, _mm512_permutexvar_epi64(_mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7), v));
+    }
+    // Words of two rows to 32 bytes each.
     static void storeRows(uint8_t* p0, uint8_t* p1, T w0, T w1) {
-        const T b = _mm512_permutexvar_epi64(_mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7), _mm512_packus_epi16(w0, w1));
+        const T b = _mm512_permutexvar_epi32(order(), _mm512_packus_epi16(w0, w1));
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(p0), _mm512_castsi512_si256(b));
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(p1), _mm512_extracti64x4_epi64(b, 1));
     }
     static void storeRow(uint8_t* p, T w) {
-        const T b = _mm512_permutexvar_epi64(_mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7), _mm512_packus_epi16(w, w));
+        const T b = _mm512_permutexvar_epi32(order(), _mm512_packus_epi16(w, w));
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), _mm512_castsi512_si256(b));
     }
-    // Words Cb0 Cr0 Cb1 Cr1 ... to 16 bytes of each plane.
+    // Words Cb Cr of 16 blocks to 16 bytes of each plane.
     static void storePlanes(uint8_t* cb, uint8_t* cr, T c) {
-        const T split = _mm512_broadcast_i32x4(_mm_setr_epi8(0, 2, 4, 6, 1, 3, 5, 7, 8, 10, 12, 14, 9, 11, 13, 15));
-        const T b = _mm512_permutexvar_epi32(_mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 0, 4, 8, 12, 1, 5, 9, 13),
-                                             _mm512_shuffle_epi8(_mm512_packus_epi16(c, c), split));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(cb), _mm512_castsi512_si128(b));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(cr), _mm512_extracti32x4_epi32(b, 1));
+        const __m256i inOrder = _mm512_castsi512_si256(_mm512_permutexvar_epi32(order(), _mm512_packus_epi16(c, c)));
+        const __m256i split = _mm256_shuffle_epi8(
+            inOrder, _mm256_setr_epi8(0, 2, 4, 6, 8, 10, 12, 14, 1, 3, 5, 7, 9, 11, 13, 15,  //
+                                      0, 2, 4, 6, 8, 10, 12, 14, 1, 3, 5, 7, 9, 11, 13, 15));
+        const __m256i planes = _mm256_permute4x64_epi64(split, 0xD8);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(cb), _mm256_castsi256_si128(planes));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(cr), _mm256_extracti128_si256(planes, 1));
     }
 };
 

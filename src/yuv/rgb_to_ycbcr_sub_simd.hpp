@@ -9,10 +9,11 @@
 // pair, leaving the sum in both 32-bit halves of each 64-bit group), then one
 // madd pair per vector gives Cb in the even and Cr in the odd 32-bit lanes.
 //
-// Pixels are loaded 128-bit lane by lane so that lane k of the first vector
-// holds pixels 8k..8k+3 and of the second 8k+4..8k+7; the in-lane packs then
-// leave pixels in order. Three-byte sources load the second vector from 4
-// bytes earlier so that no load passes the last pixel of the iteration.
+// An iteration takes 2 vectors of 4 * lanes pixels from each row: V::load
+// brings pixel i of the vector into 32-bit lane i with the pixel's bytes at
+// the start of its lane or 4 bytes later (V::masks shuffles either); the
+// in-lane packs leave the two vectors' quarter-lanes interleaved and V's
+// stores put them back in order.
 #pragma once
 
 #include "yuv/rgb_to_ycbcr_sub.hpp"
@@ -24,7 +25,7 @@ namespace tpx::yuv::enc {
 // In-lane shuffle of four pixels (starting `shift` bytes into the lane) to
 // the bytes B, G, R, G.
 template <class L>
-inline __m128i pixelMask(int shift) {
+inline __m128i pixelMask(int shift = 0) {
     alignas(16) int8_t m[16];
     for (int i = 0; i < 4; ++i) {
         const int base = i * L::srcBytes + shift;
@@ -44,8 +45,8 @@ int rowSimd(const Rows& r, const Arith& a) {
     static_assert(L::sampling != Sampling::Quad && !L::gamma && !L::limit, "no SIMD form");
     using T = typename V::T;
     constexpr int bpp = L::srcBytes, n = 8 * V::lanes, bh = L::blockH;
-    constexpr int shiftB = bpp == 3 ? 4 : 0;  // second vector loaded from 4 bytes earlier
-    const T maskA = V::bcast128(pixelMask<L>(0)), maskB = V::bcast128(pixelMask<L>(shiftB));
+    T mask[2];
+    V::template masks<L>(mask);
     const T lowBytes = V::set32(0x00FF00FF);
     const T yBR = V::set32(pair16(a.yB, a.yR)), yGG = V::set32(pair16(a.yG / 2, a.yG - a.yG / 2));
     const T yOff = V::set64(a.yOff[0], a.yOff[1]);
@@ -57,7 +58,8 @@ int rowSimd(const Rows& r, const Arith& a) {
     const T cBR = crFirst ? V::set64(crBR, cbBR) : V::set64(cbBR, crBR);
     const T cGG = crFirst ? V::set64(crGG, cbGG) : V::set64(cbGG, crGG);
     const T cOff = V::set32(a.cOff);
-    const __m128i yShift = _mm_cvtsi32_si128(16), cShift = _mm_cvtsi32_si128(a.cShift);
+    // The SIMD layouts' members shift chroma by 17 (4:2:2) or 18 (4:2:0).
+    constexpr int cShift = bh == 2 ? 18 : 17;
     int x = 0;
     for (; x + n <= r.width; x += n) {
         T br[bh][2], gg[bh][2], yw[bh];
@@ -65,10 +67,10 @@ int rowSimd(const Rows& r, const Arith& a) {
             const uint8_t* s = r.src[j][0] + std::ptrdiff_t(x) * bpp;
             T yv[2];
             for (int h = 0; h < 2; ++h) {
-                const T q = V::shuffle(V::loadLanes(s + h * (4 * bpp - shiftB), 8 * bpp), h ? maskB : maskA);
+                const T q = V::shuffle(V::template load<bpp>(s, h), mask[h]);
                 br[j][h] = V::andv(q, lowBytes);
                 gg[j][h] = V::srli16(q, 8);
-                yv[h] = V::sra32(V::add32(V::add32(V::madd(br[j][h], yBR), V::madd(gg[j][h], yGG)), yOff), yShift);
+                yv[h] = V::template srai<16>(V::add32(V::add32(V::madd(br[j][h], yBR), V::madd(gg[j][h], yGG)), yOff));
             }
             yw[j] = V::packs32(yv[0], yv[1]);
         }
@@ -78,16 +80,16 @@ int rowSimd(const Rows& r, const Arith& a) {
             if constexpr (bh == 2) sbr = V::add16(sbr, br[1][h]), sgg = V::add16(sgg, gg[1][h]);
             sbr = V::add16(sbr, V::swapPairs(sbr));
             sgg = V::add16(sgg, V::swapPairs(sgg));
-            cv[h] = V::sra32(V::add32(V::add32(V::madd(sbr, cBR), V::madd(sgg, cGG)), cOff), cShift);
+            cv[h] = V::template srai<cShift>(V::add32(V::add32(V::madd(sbr, cBR), V::madd(sgg, cGG)), cOff));
         }
-        const T c = V::packs32(cv[0], cv[1]);  // Cb, Cr words of the blocks in order
+        const T c = V::packs32(cv[0], cv[1]);  // Cb, Cr words of the blocks
         if constexpr (L::out == Out::Packed) {
             // Words Y0 C0 Y1 C1 (or C0 Y0 C1 Y1), C alternating Cb, Cr.
             constexpr bool yFirst = L::pack != Pack::CbYCr;
             const T w = yw[0];
             const T lo = yFirst ? V::unpacklo16(w, c) : V::unpacklo16(c, w);
             const T hi = yFirst ? V::unpackhi16(w, c) : V::unpackhi16(c, w);
-            V::store(r.y[0] + 2 * std::ptrdiff_t(x), V::packus16(lo, hi));
+            V::storePacked(r.y[0] + 2 * std::ptrdiff_t(x), V::packus16(lo, hi));
         } else {
             if constexpr (bh == 2)
                 V::storeRows(r.y[0] + x, r.y[1] + x, yw[0], yw[1]);
