@@ -19,8 +19,8 @@ namespace tpx::yuv::enc {
 // The arithmetic of one member.
 //   Y = limit((yR R + yG G + yB B + yOff[x & 1]) >> 16)
 //   C = limit((cR SR + cG SG + cB SB + cOff) >> cShift)    (sums over the block)
-// With halfSums (the CbYCr 4:2:2 members) each pixel contributes its weighted
-// sum shifted right by one instead: C = (p0 + p1 + cOff) >> cShift.
+// Under Rule::HalfSums (the BT.601 CbYCr 4:2:2 members) each pixel contributes
+// its weighted sum shifted right by one instead: C = (p0 + p1 + cOff) >> cShift.
 // limit() clamps to lo..hi; the studio-range results never reach 0 or 255, so
 // 0..255 makes it a no-op.
 struct Arith {
@@ -29,7 +29,6 @@ struct Arith {
     int32_t cbR, cbG, cbB, crR, crG, crB;
     int32_t cOff;
     int cShift;
-    bool halfSums;
     int lo, hi;
 };
 
@@ -37,37 +36,40 @@ struct Arith {
 // differs by member: 1/8 in the BGR 4:2:2 members, 1/2 in the RGB 4:2:2
 // members, 1/8 in every 4:2:0 and 4:1:1 member.
 inline constexpr Arith k601Pair8{16843, 33030, 6423, {1081344, 1081344}, -9699, -19071, 28770, 28770, -24117, -4653,
-                                 16793600, 17, false, 0, 255};
+                                 16793600, 17, 0, 255};
 inline constexpr Arith k601PairHalf{16843, 33030, 6423, {1081344, 1081344}, -9699, -19071, 28770, 28770, -24117, -4653,
-                                    16842752, 17, false, 0, 255};
+                                    16842752, 17, 0, 255};
 // The packed RGB YCbCr/YCrCb members truncate the second luma of each pair.
 inline constexpr Arith k601PairHalfY1Floor{16843, 33030, 6423, {1081344, 1048576}, -9699, -19071, 28770, 28770,
-                                           -24117, -4653, 16842752, 17, false, 0, 255};
+                                           -24117, -4653, 16842752, 17, 0, 255};
 // CbYCr: (p0 + p1 + (128 + 1/2) * 65536 - 1) >> 16 from half-sums.
 inline constexpr Arith k601PairPartial{16843, 33030, 6423, {1081344, 1081344}, -9699, -19071, 28770, 28770, -24117,
-                                       -4653, 8421375, 16, true, 0, 255};
+                                       -4653, 8421375, 16, 0, 255};
 inline constexpr Arith k601Block{16843, 33030, 6423, {1081344, 1081344}, -9699, -19071, 28770, 28770, -24117, -4653,
-                                 33587200, 18, false, 0, 255};
+                                 33587200, 18, 0, 255};
 // BT.709 studio range.
 inline constexpr Arith k709CscBlock{11993, 40239, 4063, {1081344, 1081344}, -6619, -22151, 28770, 28770, -26149, -2621,
-                                    33587200, 18, false, 0, 255};
+                                    33587200, 18, 0, 255};
 // BT.709 full range with the codes 0 and 255 kept free. Luma weights sum to
 // 65536; clamping (s + 32768) >> 16 to 1..254 gives 1 for s < 32768.
 inline constexpr Arith k709HdtvBlock{13959, 46858, 4719, {32768, 32768}, -7668, -25821, 33489, 33489, -30409, -3080,
-                                     33587200, 18, false, 1, 254};
+                                     33587200, 18, 1, 254};
 inline constexpr Arith k709HdtvPair{13959, 46858, 4719, {32768, 32768}, -7668, -25821, 33489, 33489, -30409, -3080,
-                                    16793600, 17, false, 1, 254};
+                                    16793600, 17, 1, 254};
 
 enum class Sampling { Pair, Block, Quad };  // 4:2:2, 4:2:0, 4:1:1
 enum class Out { Planes, TwoPlane, Packed };
 // Byte order of a packed 4:2:2 group.
 enum class Pack { None, YCbCr, YCrCb, CbYCr };
+// How chroma is formed: from the block sums; from halved per-pixel sums; from
+// the block sums with every byte limited to 1..254 (709HDTV).
+enum class Rule { Sums, HalfSums, Limited };
 
 // A member's layout. SrcBytes is 3 or 4 for interleaved sources (R at byte
 // Bgr ? 2 : 0 of the pixel) and 0 for three source planes R, G, B sharing
 // one step. Planar outputs always see the chroma planes as Cb, Cr (the
 // entries of YCrCb members swap them).
-template <int SrcBytes, bool Bgr, Sampling S, Out O, Pack P = Pack::None, bool Gamma = false, bool Limit = false>
+template <int SrcBytes, bool Bgr, Sampling S, Out O, Pack P = Pack::None, Rule C = Rule::Sums, bool Gamma = false>
 struct Layout {
     static constexpr int srcBytes = SrcBytes;
     static constexpr bool bgr = Bgr;
@@ -75,7 +77,7 @@ struct Layout {
     static constexpr Out out = O;
     static constexpr Pack pack = P;
     static constexpr bool gamma = Gamma;
-    static constexpr bool limit = Limit;
+    static constexpr Rule rule = C;
     static constexpr int blockW = S == Sampling::Quad ? 4 : 2;
     static constexpr int blockH = S == Sampling::Block ? 2 : 1;
     static constexpr int rOff = Bgr ? 2 : 0, gOff = 1, bOff = Bgr ? 0 : 2;
@@ -134,12 +136,12 @@ void rowScalar(const Rows& r, const Arith& a, int x0) {
                 else
                     r.y[j][x + i] = y;
                 sr += p.r, sg += p.g, sb += p.b;
-                if (a.halfSums) {
+                if constexpr (L::rule == Rule::HalfSums) {
                     hcb += (a.cbR * p.r + a.cbG * p.g + a.cbB * p.b) >> 1;
                     hcr += (a.crR * p.r + a.crG * p.g + a.crB * p.b) >> 1;
                 }
             }
-        if (!a.halfSums) {
+        if constexpr (L::rule != Rule::HalfSums) {
             hcb = a.cbR * sr + a.cbG * sg + a.cbB * sb;
             hcr = a.crR * sr + a.crG * sg + a.crB * sb;
         }
@@ -200,14 +202,14 @@ using C3Rgb422PackedCr = Layout<3, false, Sampling::Pair, Out::Packed, Pack::YCr
 using P3Rgb422Packed = Layout<0, false, Sampling::Pair, Out::Packed, Pack::YCbCr>;
 using P3Rgb422PackedCr = Layout<0, false, Sampling::Pair, Out::Packed, Pack::YCrCb>;
 using C3Rgb422Planes = Layout<3, false, Sampling::Pair, Out::Planes>;
-using C4Bgr422CbFirst = Layout<4, true, Sampling::Pair, Out::Packed, Pack::CbYCr>;
-using C3Bgr422CbFirstLimited = Layout<3, true, Sampling::Pair, Out::Packed, Pack::CbYCr, false, true>;
-using C4Bgr422CbFirstLimited = Layout<4, true, Sampling::Pair, Out::Packed, Pack::CbYCr, false, true>;
-using C3Rgb422CbFirst = Layout<3, false, Sampling::Pair, Out::Packed, Pack::CbYCr>;
-using C3Rgb422CbFirstGamma = Layout<3, false, Sampling::Pair, Out::Packed, Pack::CbYCr, true>;
+using C4Bgr422CbFirst = Layout<4, true, Sampling::Pair, Out::Packed, Pack::CbYCr, Rule::HalfSums>;
+using C3Bgr422CbFirstLimited = Layout<3, true, Sampling::Pair, Out::Packed, Pack::CbYCr, Rule::Limited>;
+using C4Bgr422CbFirstLimited = Layout<4, true, Sampling::Pair, Out::Packed, Pack::CbYCr, Rule::Limited>;
+using C3Rgb422CbFirst = Layout<3, false, Sampling::Pair, Out::Packed, Pack::CbYCr, Rule::HalfSums>;
+using C3Rgb422CbFirstGamma = Layout<3, false, Sampling::Pair, Out::Packed, Pack::CbYCr, Rule::HalfSums, true>;
 using C3Bgr420Planes = Layout<3, true, Sampling::Block, Out::Planes>;
 using C4Bgr420Planes = Layout<4, true, Sampling::Block, Out::Planes>;
-using C4Bgr420PlanesLimited = Layout<4, true, Sampling::Block, Out::Planes, Pack::None, false, true>;
+using C4Bgr420PlanesLimited = Layout<4, true, Sampling::Block, Out::Planes, Pack::None, Rule::Limited>;
 using C3Bgr420TwoPlane = Layout<3, true, Sampling::Block, Out::TwoPlane>;
 using C4Bgr420TwoPlane = Layout<4, true, Sampling::Block, Out::TwoPlane>;
 using C3Rgb420Planes = Layout<3, false, Sampling::Block, Out::Planes>;
@@ -217,13 +219,14 @@ using C4Rgb420TwoPlane = Layout<4, false, Sampling::Block, Out::TwoPlane>;
 using C3Bgr411Planes = Layout<3, true, Sampling::Quad, Out::Planes>;
 using C4Bgr411Planes = Layout<4, true, Sampling::Quad, Out::Planes>;
 
-// Layouts with SIMD row functions (halfSums, gamma and 4:1:1 members and the
-// planar sources run the scalar row function alone).
+// Layouts with SIMD row functions (the gamma and 4:1:1 members and the planar
+// sources run the scalar row function alone).
 #define TPX_ENC_SIMD_LAYOUTS(X)                                                                                  \
     X(C3Bgr422Packed) X(C4Bgr422Packed) X(C3Bgr422Planes) X(C4Bgr422Planes) X(C3Rgb422Packed)                    \
     X(C3Rgb422PackedCr) X(C3Rgb422Planes) X(C3Bgr420Planes) \
     X(C4Bgr420Planes) X(C3Bgr420TwoPlane) X(C4Bgr420TwoPlane) X(C3Rgb420Planes)        \
-    X(C4Rgb420Planes) X(C3Rgb420TwoPlane) X(C4Rgb420TwoPlane)
+    X(C4Rgb420Planes) X(C3Rgb420TwoPlane) X(C4Rgb420TwoPlane) X(C4Bgr422CbFirst) X(C3Rgb422CbFirst)              \
+    X(C3Bgr422CbFirstLimited) X(C4Bgr422CbFirstLimited) X(C4Bgr420PlanesLimited)
 
 template <class L>
 struct HasSimd : std::false_type {};

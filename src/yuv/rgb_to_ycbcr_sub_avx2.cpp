@@ -27,6 +27,12 @@ struct V256 {
         if constexpr (Bpp == 4) return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + 32 * h));
         else return h ? twoLanes(load128(s + 24), load128(s + 32)) : twoLanes(load128(s), load128(s + 12));
     }
+    static T bcast(__m128i m) { return _mm256_broadcastsi128_si256(m); }
+    static T set16(int16_t v) { return _mm256_set1_epi16(v); }
+    static T min16(T a, T b) { return _mm256_min_epi16(a, b); }
+    static T max16(T a, T b) { return _mm256_max_epi16(a, b); }
+    // Even 32-bit lanes from a, odd lanes from b.
+    static T blendOdd(T a, T b) { return _mm256_blend_epi32(a, b, 0xAA); }
     static T shuffle(T v, T m) { return _mm256_shuffle_epi8(v, m); }
     static T set32(int32_t v) { return _mm256_set1_epi32(v); }
     static T set64(int32_t lo, int32_t hi) { return _mm256_set1_epi64x(int64_t(uint32_t(lo)) | (int64_t(hi) << 32)); }

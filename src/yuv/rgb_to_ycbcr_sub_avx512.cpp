@@ -38,6 +38,12 @@ struct V512 {
                      : _mm512_permutexvar_epi32(_mm512_setr_epi32(0, 1, 2, 3, 3, 4, 5, 6, 6, 7, 8, 9, 9, 10, 11, 12), v);
         }
     }
+    static T bcast(__m128i m) { return _mm512_broadcast_i32x4(m); }
+    static T set16(int16_t v) { return _mm512_set1_epi16(v); }
+    static T min16(T a, T b) { return _mm512_min_epi16(a, b); }
+    static T max16(T a, T b) { return _mm512_max_epi16(a, b); }
+    // Even 32-bit lanes from a, odd lanes from b.
+    static T blendOdd(T a, T b) { return _mm512_mask_blend_epi32(0xAAAA, a, b); }
     static T shuffle(T v, T m) { return _mm512_shuffle_epi8(v, m); }
     static T set32(int32_t v) { return _mm512_set1_epi32(v); }
     static T set64(int32_t lo, int32_t hi) { return _mm512_set1_epi64(int64_t(uint32_t(lo)) | (int64_t(hi) << 32)); }

@@ -42,7 +42,9 @@ inline int32_t pair16(int lo, int hi) { return int32_t(uint32_t(lo & 0xFFFF) | (
 template <class V, class L>
 int rowSimd(const Rows& r, const Arith& a) {
     static_assert(L::srcBytes == 3 || L::srcBytes == 4, "interleaved sources only");
-    static_assert(L::sampling != Sampling::Quad && !L::gamma && !L::limit, "no SIMD form");
+    static_assert(L::sampling != Sampling::Quad && !L::gamma, "no SIMD form");
+    static_assert(L::rule != Rule::HalfSums || L::blockH == 1, "half sums are a 4:2:2 rule");
+    static_assert(L::rule != Rule::Limited || L::pack != Pack::YCrCb, "limited members put Cb first");
     using T = typename V::T;
     constexpr int bpp = L::srcBytes, n = 8 * V::lanes, bh = L::blockH;
     T mask[2];
@@ -58,8 +60,20 @@ int rowSimd(const Rows& r, const Arith& a) {
     const T cBR = crFirst ? V::set64(crBR, cbBR) : V::set64(cbBR, crBR);
     const T cGG = crFirst ? V::set64(crGG, cbGG) : V::set64(cbGG, crGG);
     const T cOff = V::set32(a.cOff);
-    // The SIMD layouts' members shift chroma by 17 (4:2:2) or 18 (4:2:0).
-    constexpr int cShift = bh == 2 ? 18 : 17;
+    // Shifts of the members with SIMD layouts: 16 for half sums, else 17
+    // (4:2:2) or 18 (4:2:0).
+    constexpr int cShift = L::rule == Rule::HalfSums ? 16 : bh == 2 ? 18 : 17;
+    // Half sums: each pixel's Cb and Cr weighted sums.
+    const T cbBRpx = V::set32(cbBR), cbGGpx = V::set32(cbGG), crBRpx = V::set32(crBR), crGGpx = V::set32(crGG);
+    // Limited (709HDTV): coefficients above 32767 are taken as c - 65536 on the
+    // high word of a pair and the pair's 32-bit value (low + 65536 high) is
+    // added back, so the Cb lanes hold the sums as (SR, SB) and the Cr lanes
+    // as (SB, SR); the low word's coefficient is one less for that addition.
+    const T cHigh = V::set64(pair16(a.cbR - 1, a.cbB - 65536), pair16(a.crB - 1, a.crR - 65536));
+    const T keepOrSwap = V::bcast(_mm_setr_epi8(2, 3, 0, 1, 4, 5, 6, 7, 10, 11, 8, 9, 12, 13, 14, 15));
+    const T crossSwap = V::bcast(_mm_setr_epi8(6, 7, 4, 5, 0, 1, 2, 3, 14, 15, 12, 13, 8, 9, 10, 11));
+    const T lo = V::set16(int16_t(a.lo)), hi = V::set16(int16_t(a.hi));
+    auto limit = [&](T w) { return L::rule == Rule::Limited ? V::min16(V::max16(w, lo), hi) : w; };
     int x = 0;
     for (; x + n <= r.width; x += n) {
         T br[bh][2], gg[bh][2], yw[bh];
@@ -72,17 +86,31 @@ int rowSimd(const Rows& r, const Arith& a) {
                 gg[j][h] = V::srli16(q, 8);
                 yv[h] = V::template srai<16>(V::add32(V::add32(V::madd(br[j][h], yBR), V::madd(gg[j][h], yGG)), yOff));
             }
-            yw[j] = V::packs32(yv[0], yv[1]);
+            yw[j] = limit(V::packs32(yv[0], yv[1]));
         }
         T cv[2];
         for (int h = 0; h < 2; ++h) {
+            if constexpr (L::rule == Rule::HalfSums) {
+                // Pixel sums halved, then Cb0 + Cb1 in the even and Cr0 + Cr1 in the odd lanes.
+                const T pcb = V::template srai<1>(V::add32(V::madd(br[0][h], cbBRpx), V::madd(gg[0][h], cbGGpx)));
+                const T pcr = V::template srai<1>(V::add32(V::madd(br[0][h], crBRpx), V::madd(gg[0][h], crGGpx)));
+                const T sum = V::add32(V::blendOdd(pcb, pcr), V::swapPairs(V::blendOdd(pcr, pcb)));
+                cv[h] = V::template srai<cShift>(V::add32(sum, cOff));
+                continue;
+            }
             T sbr = br[0][h], sgg = gg[0][h];
             if constexpr (bh == 2) sbr = V::add16(sbr, br[1][h]), sgg = V::add16(sgg, gg[1][h]);
-            sbr = V::add16(sbr, V::swapPairs(sbr));
             sgg = V::add16(sgg, V::swapPairs(sgg));
-            cv[h] = V::template srai<cShift>(V::add32(V::add32(V::madd(sbr, cBR), V::madd(sgg, cGG)), cOff));
+            if constexpr (L::rule == Rule::Limited) {
+                sbr = V::add16(V::shuffle(sbr, keepOrSwap), V::shuffle(sbr, crossSwap));
+                const T sum = V::add32(V::add32(V::madd(sbr, cHigh), V::madd(sgg, cGG)), sbr);
+                cv[h] = V::template srai<cShift>(V::add32(sum, cOff));
+            } else {
+                sbr = V::add16(sbr, V::swapPairs(sbr));
+                cv[h] = V::template srai<cShift>(V::add32(V::add32(V::madd(sbr, cBR), V::madd(sgg, cGG)), cOff));
+            }
         }
-        const T c = V::packs32(cv[0], cv[1]);  // Cb, Cr words of the blocks
+        const T c = limit(V::packs32(cv[0], cv[1]));  // Cb, Cr words of the blocks
         if constexpr (L::out == Out::Packed) {
             // Words Y0 C0 Y1 C1 (or C0 Y0 C1 Y1), C alternating Cb, Cr.
             constexpr bool yFirst = L::pack != Pack::CbYCr;
