@@ -15,12 +15,12 @@ struct V256 {
     static T twoLanes(__m128i lo, __m128i hi) { return _mm256_inserti128_si256(_mm256_castsi128_si256(lo), hi, 1); }
     static T order() { return _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7); }
     template <class L>
-    static void masks(T m[2]) {
-        const __m128i m0 = pixelMask<L>();
+    static void masks(T m[2], bool green) {
+        const __m128i m0 = pixelMask<L>(0, green);
         m[0] = twoLanes(m0, m0);
         // Three-byte pixels 12-15 are loaded from 4 bytes early so that no
         // load passes the iteration's last byte.
-        m[1] = L::srcBytes == 3 ? twoLanes(m0, pixelMask<L>(4)) : m[0];
+        m[1] = L::srcBytes == 3 ? twoLanes(m0, pixelMask<L>(4, green)) : m[0];
     }
     template <int Bpp>
     static T load(const uint8_t* s, int h) {
@@ -36,8 +36,6 @@ struct V256 {
     static T shuffle(T v, T m) { return _mm256_shuffle_epi8(v, m); }
     static T set32(int32_t v) { return _mm256_set1_epi32(v); }
     static T set64(int32_t lo, int32_t hi) { return _mm256_set1_epi64x(int64_t(uint32_t(lo)) | (int64_t(hi) << 32)); }
-    static T andv(T a, T b) { return _mm256_and_si256(a, b); }
-    static T srli16(T v, int n) { return _mm256_srli_epi16(v, n); }
     template <int N> static T srai(T v) { return _mm256_srai_epi32(v, N); }
     static T madd(T a, T b) { return _mm256_madd_epi16(a, b); }
     static T add16(T a, T b) { return _mm256_add_epi16(a, b); }

@@ -19,11 +19,11 @@ struct V512 {
     static constexpr int lanes = 4;
     static T order() { return _mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15); }
     template <class L>
-    static void masks(T m[2]) {
-        const __m128i m0 = pixelMask<L>();
+    static void masks(T m[2], bool green) {
+        const __m128i m0 = pixelMask<L>(0, green);
         m[0] = _mm512_broadcast_i32x4(m0);
         // Three-byte pixels 28-31 sit 4 bytes into their lane (see load).
-        m[1] = L::srcBytes == 3 ? _mm512_inserti32x4(m[0], pixelMask<L>(4), 3) : m[0];
+        m[1] = L::srcBytes == 3 ? _mm512_inserti32x4(m[0], pixelMask<L>(4, green), 3) : m[0];
     }
     // Three-byte pixels: 64 bytes loaded and their 12-byte quarters moved to
     // the lanes by a dword permute; the second vector loads from byte 32 so
@@ -47,8 +47,6 @@ struct V512 {
     static T shuffle(T v, T m) { return _mm512_shuffle_epi8(v, m); }
     static T set32(int32_t v) { return _mm512_set1_epi32(v); }
     static T set64(int32_t lo, int32_t hi) { return _mm512_set1_epi64(int64_t(uint32_t(lo)) | (int64_t(hi) << 32)); }
-    static T andv(T a, T b) { return _mm512_and_si512(a, b); }
-    static T srli16(T v, int n) { return _mm512_srli_epi16(v, unsigned(n)); }
     template <int N> static T srai(T v) { return _mm512_srai_epi32(v, N); }
     static T madd(T a, T b) { return _mm512_madd_epi16(a, b); }
     static T add16(T a, T b) { return _mm512_add_epi16(a, b); }

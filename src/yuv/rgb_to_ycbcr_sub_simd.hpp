@@ -1,8 +1,8 @@
 // The SIMD row function of the RGB to subsampled YCbCr encoders, shared by the
 // AVX2 and AVX-512 translation units through a vector traits class V.
 //
-// Exact 32-bit arithmetic with 16 x 16-bit multiply-adds: a pixel is shuffled
-// into the bytes B, G, R, G, giving the word pairs (B, R) and (G, G); luma is
+// Exact 32-bit arithmetic with 16 x 16-bit multiply-adds: two byte shuffles
+// turn each pixel into the word pairs (B, R) and (G, G); luma is
 // madd((B, R), (yB, yR)) + madd((G, G), (yG1, yG2)) with yG1 + yG2 = yG, so a
 // coefficient above 32767 is split over the pair. Chroma first sums the
 // blocks' words in 16 bits (vertically for 4:2:0, then the two columns of a
@@ -23,16 +23,15 @@
 namespace tpx::yuv::enc {
 
 // In-lane shuffle of four pixels (starting `shift` bytes into the lane) to
-// the bytes B, G, R, G.
+// the words (B, R) or, with `green`, (G, G).
 template <class L>
-inline __m128i pixelMask(int shift = 0) {
+inline __m128i pixelMask(int shift, bool green) {
     alignas(16) int8_t m[16];
     for (int i = 0; i < 4; ++i) {
         const int base = i * L::srcBytes + shift;
-        m[4 * i + 0] = int8_t(base + L::bOff);
-        m[4 * i + 1] = int8_t(base + L::gOff);
-        m[4 * i + 2] = int8_t(base + L::rOff);
-        m[4 * i + 3] = int8_t(base + L::gOff);
+        m[4 * i + 0] = int8_t(base + (green ? L::gOff : L::bOff));
+        m[4 * i + 2] = int8_t(base + (green ? L::gOff : L::rOff));
+        m[4 * i + 1] = m[4 * i + 3] = -128;  // zero high bytes
     }
     return _mm_load_si128(reinterpret_cast<const __m128i*>(m));
 }
@@ -47,9 +46,9 @@ int rowSimd(const Rows& r, const Arith& a) {
     static_assert(L::rule != Rule::Limited || L::pack != Pack::YCrCb, "limited members put Cb first");
     using T = typename V::T;
     constexpr int bpp = L::srcBytes, n = 8 * V::lanes, bh = L::blockH;
-    T mask[2];
-    V::template masks<L>(mask);
-    const T lowBytes = V::set32(0x00FF00FF);
+    T mask[2][2];  // [vector][B,R or G,G]
+    V::template masks<L>(mask[0], false);
+    V::template masks<L>(mask[1], true);
     const T yBR = V::set32(pair16(a.yB, a.yR)), yGG = V::set32(pair16(a.yG / 2, a.yG - a.yG / 2));
     const T yOff = V::set64(a.yOff[0], a.yOff[1]);
     // Even 32-bit lanes compute the first chroma byte of a packed group's
@@ -81,9 +80,9 @@ int rowSimd(const Rows& r, const Arith& a) {
             const uint8_t* s = r.src[j][0] + std::ptrdiff_t(x) * bpp;
             T yv[2];
             for (int h = 0; h < 2; ++h) {
-                const T q = V::shuffle(V::template load<bpp>(s, h), mask[h]);
-                br[j][h] = V::andv(q, lowBytes);
-                gg[j][h] = V::srli16(q, 8);
+                const T q = V::template load<bpp>(s, h);
+                br[j][h] = V::shuffle(q, mask[0][h]);
+                gg[j][h] = V::shuffle(q, mask[1][h]);
                 yv[h] = V::template srai<16>(V::add32(V::add32(V::madd(br[j][h], yBR), V::madd(gg[j][h], yGG)), yOff));
             }
             yw[j] = limit(V::packs32(yv[0], yv[1]));
