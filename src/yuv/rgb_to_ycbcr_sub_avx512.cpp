@@ -46,7 +46,7 @@ struct V512 {
     static T blendOdd(T a, T b) { return _mm512_mask_blend_epi32(0xAAAA, a, b); }
     static T shuffle(T v, T m) { return _mm512_shuffle_epi8(v, m); }
     static T set32(int32_t v) { return _mm512_set1_epi32(v); }
-    static T set64(int32_t lo, int32_t hi) { return _mm512_set1_epi64(int64_t(uint32_t(lo)) | (int64_t(hi) << 32)); }
+    static T set64(int32_t lo, int32_t hi) { return _mm512_set1_epi64(int64_t(uint64_t(uint32_t(hi)) << 32 | uint32_t(lo))); }
     template <int N> static T srai(T v) { return _mm512_srai_epi32(v, N); }
     static T madd(T a, T b) { return _mm512_madd_epi16(a, b); }
     static T add16(T a, T b) { return _mm512_add_epi16(a, b); }
