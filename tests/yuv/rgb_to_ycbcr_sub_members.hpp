@@ -41,10 +41,10 @@ struct Member {
     Sub sub;
     Dst dst;
     Math math;
-    int k;          // chroma offset (128 plus the member's rounding fraction)
-    bool y1Floor;   // second luma of a pair without the rounding half
-    bool halfSums;  // chroma from per-pixel weighted sums halved
-    bool gamma;
+    int k;  // chroma offset (128 plus the member's rounding fraction)
+    // Y1Floor: second luma of a pair without the rounding half; HalfSums:
+    // chroma from halved per-pixel weighted sums; Gamma: HalfSums after the curve.
+    enum Rule { Plain, Y1Floor, HalfSums, Gamma } rule = Plain;
 };
 
 
@@ -72,59 +72,41 @@ inline const std::vector<Member>& members() {
     using S = Sub;
     using D = Dst;
     using A = Math;
+    constexpr Src C3 = Src::C3, C4 = Src::C4, P = Src::Planes;
     static const std::vector<Member> all = {
-        {M(tpxiBGRToYCbCr422_8u_C3C2R, c2), Src::C3, true, S::S422, D::YCbCr, A::Bt601, kPair8, false, false, false},
-        {M(tpxiBGRToYCbCr422_8u_AC4C2R, c2), Src::C4, true, S::S422, D::YCbCr, A::Bt601, kPair8, false, false, false},
-        {M(tpxiBGRToYCbCr422_8u_C3P3R, p3), Src::C3, true, S::S422, D::Planes, A::Bt601, kPair8, false, false, false},
-        {M(tpxiBGRToYCbCr422_8u_AC4P3R, p3), Src::C4, true, S::S422, D::Planes, A::Bt601, kPair8, false, false, false},
-        {M(tpxiRGBToYCbCr422_8u_C3C2R, c2), Src::C3, false, S::S422, D::YCbCr, A::Bt601, kPairHalf, true, false, false},
-        {M(tpxiRGBToYCbCr422_8u_P3C2R, p3c2), Src::Planes, false, S::S422, D::YCbCr, A::Bt601, kPairHalf, false, false,
-         false},
-        {M(tpxiRGBToYCbCr422_8u_C3P3R, p3), Src::C3, false, S::S422, D::Planes, A::Bt601, kPairHalf, false, false,
-         false},
-        {M(tpxiRGBToYCrCb422_8u_C3C2R, c2), Src::C3, false, S::S422, D::YCrCb, A::Bt601, kPairHalf, true, false, false},
-        {M(tpxiRGBToYCrCb422_8u_P3C2R, p3c2), Src::Planes, false, S::S422, D::YCrCb, A::Bt601, kPairHalf, false, false,
-         false},
-        {M(tpxiBGRToCbYCr422_8u_AC4C2R, c2), Src::C4, true, S::S422, D::CbYCr, A::Bt601, 0, false, true, false},
-        {M(tpxiBGRToCbYCr422_709HDTV_8u_C3C2R, c2), Src::C3, true, S::S422, D::CbYCr, A::Hdtv709, kPair8, false, false,
-         false},
-        {M(tpxiBGRToCbYCr422_709HDTV_8u_AC4C2R, c2), Src::C4, true, S::S422, D::CbYCr, A::Hdtv709, kPair8, false,
-         false, false},
-        {M(tpxiRGBToCbYCr422_8u_C3C2R, c2), Src::C3, false, S::S422, D::CbYCr, A::Bt601, 0, false, true, false},
-        {M(tpxiRGBToCbYCr422Gamma_8u_C3C2R, c2), Src::C3, false, S::S422, D::CbYCr, A::Bt601, 0, false, true, true},
-        {M(tpxiBGRToYCbCr420_8u_C3P3R, p3), Src::C3, true, S::S420, D::Planes, A::Bt601, kBlock8, false, false, false},
-        {M(tpxiBGRToYCbCr420_8u_AC4P3R, p3), Src::C4, true, S::S420, D::Planes, A::Bt601, kBlock8, false, false, false},
-        {M(tpxiBGRToYCbCr420_8u_C3P2R, p2), Src::C3, true, S::S420, D::TwoPlane, A::Bt601, kBlock8, false, false,
-         false},
-        {M(tpxiBGRToYCbCr420_8u_AC4P2R, p2), Src::C4, true, S::S420, D::TwoPlane, A::Bt601, kBlock8, false, false,
-         false},
-        {M(tpxiBGRToYCbCr420_709CSC_8u_C3P3R, p3), Src::C3, true, S::S420, D::Planes, A::Csc709, kBlock8, false, false,
-         false},
-        {M(tpxiBGRToYCbCr420_709CSC_8u_AC4P3R, p3), Src::C4, true, S::S420, D::Planes, A::Csc709, kBlock8, false,
-         false, false},
-        {M(tpxiBGRToYCbCr420_709CSC_8u_C3P2R, p2), Src::C3, true, S::S420, D::TwoPlane, A::Csc709, kBlock8, false,
-         false, false},
-        {M(tpxiBGRToYCbCr420_709CSC_8u_AC4P2R, p2), Src::C4, true, S::S420, D::TwoPlane, A::Csc709, kBlock8, false,
-         false, false},
-        {M(tpxiBGRToYCbCr420_709HDTV_8u_AC4P3R, p3), Src::C4, true, S::S420, D::Planes, A::Hdtv709, kBlock8, false,
-         false, false},
-        {M(tpxiBGRToYCrCb420_8u_C3P3R, p3), Src::C3, true, S::S420, D::PlanesCrFirst, A::Bt601, kBlock8, false, false,
-         false},
-        {M(tpxiBGRToYCrCb420_8u_AC4P3R, p3), Src::C4, true, S::S420, D::PlanesCrFirst, A::Bt601, kBlock8, false,
-         false, false},
-        {M(tpxiBGRToYCrCb420_709CSC_8u_C3P3R, p3), Src::C3, true, S::S420, D::PlanesCrFirst, A::Csc709, kBlock8, false,
-         false, false},
-        {M(tpxiBGRToYCrCb420_709CSC_8u_AC4P3R, p3), Src::C4, true, S::S420, D::PlanesCrFirst, A::Csc709, kBlock8,
-         false, false, false},
-        {M(tpxiRGBToYCbCr420_8u_C3P3R, p3), Src::C3, false, S::S420, D::Planes, A::Bt601, kBlock8, false, false, false},
-        {M(tpxiRGBToYCbCr420_8u_C3P2R, p2), Src::C3, false, S::S420, D::TwoPlane, A::Bt601, kBlock8, false, false,
-         false},
-        {M(tpxiRGBToYCbCr420_8u_C4P2R, p2), Src::C4, false, S::S420, D::TwoPlane, A::Bt601, kBlock8, false, false,
-         false},
-        {M(tpxiRGBToYCrCb420_8u_AC4P3R, p3), Src::C4, false, S::S420, D::PlanesCrFirst, A::Bt601, kBlock8, false,
-         false, false},
-        {M(tpxiBGRToYCbCr411_8u_C3P3R, p3), Src::C3, true, S::S411, D::Planes, A::Bt601, kBlock8, false, false, false},
-        {M(tpxiBGRToYCbCr411_8u_AC4P3R, p3), Src::C4, true, S::S411, D::Planes, A::Bt601, kBlock8, false, false, false},
+        {M(tpxiBGRToYCbCr422_8u_C3C2R, c2), C3, true, S::S422, D::YCbCr, A::Bt601, kPair8},
+        {M(tpxiBGRToYCbCr422_8u_AC4C2R, c2), C4, true, S::S422, D::YCbCr, A::Bt601, kPair8},
+        {M(tpxiBGRToYCbCr422_8u_C3P3R, p3), C3, true, S::S422, D::Planes, A::Bt601, kPair8},
+        {M(tpxiBGRToYCbCr422_8u_AC4P3R, p3), C4, true, S::S422, D::Planes, A::Bt601, kPair8},
+        {M(tpxiRGBToYCbCr422_8u_C3C2R, c2), C3, false, S::S422, D::YCbCr, A::Bt601, kPairHalf, Member::Y1Floor},
+        {M(tpxiRGBToYCbCr422_8u_P3C2R, p3c2), P, false, S::S422, D::YCbCr, A::Bt601, kPairHalf},
+        {M(tpxiRGBToYCbCr422_8u_C3P3R, p3), C3, false, S::S422, D::Planes, A::Bt601, kPairHalf},
+        {M(tpxiRGBToYCrCb422_8u_C3C2R, c2), C3, false, S::S422, D::YCrCb, A::Bt601, kPairHalf, Member::Y1Floor},
+        {M(tpxiRGBToYCrCb422_8u_P3C2R, p3c2), P, false, S::S422, D::YCrCb, A::Bt601, kPairHalf},
+        {M(tpxiBGRToCbYCr422_8u_AC4C2R, c2), C4, true, S::S422, D::CbYCr, A::Bt601, 0, Member::HalfSums},
+        {M(tpxiBGRToCbYCr422_709HDTV_8u_C3C2R, c2), C3, true, S::S422, D::CbYCr, A::Hdtv709, kPair8},
+        {M(tpxiBGRToCbYCr422_709HDTV_8u_AC4C2R, c2), C4, true, S::S422, D::CbYCr, A::Hdtv709, kPair8},
+        {M(tpxiRGBToCbYCr422_8u_C3C2R, c2), C3, false, S::S422, D::CbYCr, A::Bt601, 0, Member::HalfSums},
+        {M(tpxiRGBToCbYCr422Gamma_8u_C3C2R, c2), C3, false, S::S422, D::CbYCr, A::Bt601, 0, Member::Gamma},
+        {M(tpxiBGRToYCbCr420_8u_C3P3R, p3), C3, true, S::S420, D::Planes, A::Bt601, kBlock8},
+        {M(tpxiBGRToYCbCr420_8u_AC4P3R, p3), C4, true, S::S420, D::Planes, A::Bt601, kBlock8},
+        {M(tpxiBGRToYCbCr420_8u_C3P2R, p2), C3, true, S::S420, D::TwoPlane, A::Bt601, kBlock8},
+        {M(tpxiBGRToYCbCr420_8u_AC4P2R, p2), C4, true, S::S420, D::TwoPlane, A::Bt601, kBlock8},
+        {M(tpxiBGRToYCbCr420_709CSC_8u_C3P3R, p3), C3, true, S::S420, D::Planes, A::Csc709, kBlock8},
+        {M(tpxiBGRToYCbCr420_709CSC_8u_AC4P3R, p3), C4, true, S::S420, D::Planes, A::Csc709, kBlock8},
+        {M(tpxiBGRToYCbCr420_709CSC_8u_C3P2R, p2), C3, true, S::S420, D::TwoPlane, A::Csc709, kBlock8},
+        {M(tpxiBGRToYCbCr420_709CSC_8u_AC4P2R, p2), C4, true, S::S420, D::TwoPlane, A::Csc709, kBlock8},
+        {M(tpxiBGRToYCbCr420_709HDTV_8u_AC4P3R, p3), C4, true, S::S420, D::Planes, A::Hdtv709, kBlock8},
+        {M(tpxiBGRToYCrCb420_8u_C3P3R, p3), C3, true, S::S420, D::PlanesCrFirst, A::Bt601, kBlock8},
+        {M(tpxiBGRToYCrCb420_8u_AC4P3R, p3), C4, true, S::S420, D::PlanesCrFirst, A::Bt601, kBlock8},
+        {M(tpxiBGRToYCrCb420_709CSC_8u_C3P3R, p3), C3, true, S::S420, D::PlanesCrFirst, A::Csc709, kBlock8},
+        {M(tpxiBGRToYCrCb420_709CSC_8u_AC4P3R, p3), C4, true, S::S420, D::PlanesCrFirst, A::Csc709, kBlock8},
+        {M(tpxiRGBToYCbCr420_8u_C3P3R, p3), C3, false, S::S420, D::Planes, A::Bt601, kBlock8},
+        {M(tpxiRGBToYCbCr420_8u_C3P2R, p2), C3, false, S::S420, D::TwoPlane, A::Bt601, kBlock8},
+        {M(tpxiRGBToYCbCr420_8u_C4P2R, p2), C4, false, S::S420, D::TwoPlane, A::Bt601, kBlock8},
+        {M(tpxiRGBToYCrCb420_8u_AC4P3R, p3), C4, false, S::S420, D::PlanesCrFirst, A::Bt601, kBlock8},
+        {M(tpxiBGRToYCbCr411_8u_C3P3R, p3), C3, true, S::S411, D::Planes, A::Bt601, kBlock8},
+        {M(tpxiBGRToYCbCr411_8u_AC4P3R, p3), C4, true, S::S411, D::Planes, A::Bt601, kBlock8},
     };
     return all;
 }
@@ -153,7 +135,7 @@ inline int lumaOf(const Member& m, Rgb p, bool secondOfPair) {
     switch (m.math) {
         case Math::Bt601:
             return floorShift(16843LL * p.r + 33030LL * p.g + 6423LL * p.b +
-                                  (m.y1Floor && secondOfPair ? 1048576 : 1081344), 16);
+                                  (m.rule == Member::Y1Floor && secondOfPair ? 1048576 : 1081344), 16);
         case Math::Csc709: return floorShift(11993LL * p.r + 40239LL * p.g + 4063LL * p.b + 1081344, 16);
         case Math::Hdtv709: {
             const long long s = 13959LL * p.r + 46858LL * p.g + 4719LL * p.b;
@@ -165,7 +147,7 @@ inline int lumaOf(const Member& m, Rgb p, bool secondOfPair) {
 
 // Cb and Cr of one block of pixels.
 inline std::pair<int, int> chromaOf(const Member& m, const std::vector<Rgb>& block) {
-    if (m.halfSums) {
+    if (m.rule == Member::HalfSums || m.rule == Member::Gamma) {
         long long cb = 8421375, cr = 8421375;
         for (const Rgb& p : block) {
             cb += floorShift(-9699LL * p.r - 19071LL * p.g + 28770LL * p.b, 1);
@@ -224,7 +206,7 @@ struct Source {
             p = {im.get<uint8_t>(x * bytes + (m.bgr ? 2 : 0), y), im.get<uint8_t>(x * bytes + 1, y),
                  im.get<uint8_t>(x * bytes + (m.bgr ? 0 : 2), y)};
         }
-        if (m.gamma) p = {gammaOf(p.r), gammaOf(p.g), gammaOf(p.b)};
+        if (m.rule == Member::Gamma) p = {gammaOf(p.r), gammaOf(p.g), gammaOf(p.b)};
         return p;
     }
 };
