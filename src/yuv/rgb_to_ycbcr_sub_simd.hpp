@@ -10,9 +10,9 @@
 // madd pair per vector gives Cb in the even and Cr in the odd 32-bit lanes.
 //
 // An iteration takes 2 vectors of 4 * lanes pixels from each row: V::load
-// brings pixel i of the vector into 32-bit lane i with the pixel's bytes at
-// the start of its lane or 4 bytes later (V::masks shuffles either); the
-// in-lane packs leave the two vectors' quarter-lanes interleaved and V's
+// puts pixels 4k..4k+3 of a vector into its 128-bit lane k, from byte 0 of
+// the lane or, in some three-byte lanes, byte 4 (V::masks shuffles either);
+// the in-lane packs leave the two vectors' quarter-lanes interleaved and V's
 // stores put them back in order.
 #pragma once
 
@@ -46,7 +46,7 @@ int rowSimd(const Rows& r, const Arith& a) {
     static_assert(L::rule != Rule::Limited || L::pack != Pack::YCrCb, "limited members put Cb first");
     using T = typename V::T;
     constexpr int bpp = L::srcBytes, n = 8 * V::lanes, bh = L::blockH;
-    T mask[2][2];  // [vector][B,R or G,G]
+    T mask[2][2];  // [(B, R) or (G, G)][vector]
     V::template masks<L>(mask[0], false);
     V::template masks<L>(mask[1], true);
     const T yBR = V::set32(pair16(a.yB, a.yR)), yGG = V::set32(pair16(a.yG / 2, a.yG - a.yG / 2));
