@@ -1,10 +1,10 @@
 // RGB to subsampled YCbCr at 1920x1080, single-threaded.
 #include <benchmark/benchmark.h>
 
-#include "tpxcc.h"
-
 #include <cstdint>
 #include <vector>
+
+#include "tpxcc.h"
 
 namespace {
 
@@ -15,7 +15,10 @@ struct Buffers {
     Tpx8u* planes[3];
     int steps[3] = {kW, kW / 2, kW / 2};
     explicit Buffers(int bytes)
-        : src(size_t(kW) * kH * size_t(bytes)), y(size_t(kW) * kH), cb(size_t(kW) * kH), cr(size_t(kW) * kH),
+        : src(size_t(kW) * kH * size_t(bytes)),
+          y(size_t(kW) * kH),
+          cb(size_t(kW) * kH),
+          cr(size_t(kW) * kH),
           packed(size_t(kW) * kH * 2) {
         for (size_t i = 0; i < src.size(); ++i) src[i] = uint8_t(i * 2654435761u >> 13);
         planes[0] = y.data(), planes[1] = cb.data(), planes[2] = cr.data();
@@ -34,7 +37,8 @@ void toPlanes(benchmark::State& state, P3 fn, int bytes, bool halfHeight) {
 }
 void toTwoPlanes(benchmark::State& state, P2 fn, int bytes) {
     Buffers b(bytes);
-    for (auto _ : state) benchmark::DoNotOptimize(fn(b.src.data(), kW * bytes, b.y.data(), kW, b.cb.data(), kW, {kW, kH}));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(fn(b.src.data(), kW * bytes, b.y.data(), kW, b.cb.data(), kW, {kW, kH}));
     state.SetItemsProcessed(int64_t(state.iterations()) * kW * kH);
 }
 void toPacked(benchmark::State& state, C2 fn, int bytes) {

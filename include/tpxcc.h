@@ -106,51 +106,78 @@ TPXCC_API const TpxLibraryVersion* tpxccGetLibVersion(void);
  * 709HDTV members are full range and limit every byte to 1..254.
  */
 /* 4:2:2 */
-TPXCC_API TpxStatus tpxiBGRToYCbCr422_8u_C3C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
-TPXCC_API TpxStatus tpxiBGRToYCbCr422_8u_AC4C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
-TPXCC_API TpxStatus tpxiBGRToYCbCr422_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
-TPXCC_API TpxStatus tpxiBGRToYCbCr422_8u_AC4P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
-TPXCC_API TpxStatus tpxiRGBToYCbCr422_8u_C3C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
-TPXCC_API TpxStatus tpxiRGBToYCbCr422_8u_P3C2R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
-TPXCC_API TpxStatus tpxiRGBToYCbCr422_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
-TPXCC_API TpxStatus tpxiRGBToYCrCb422_8u_C3C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
-TPXCC_API TpxStatus tpxiRGBToYCrCb422_8u_P3C2R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
-TPXCC_API TpxStatus tpxiBGRToCbYCr422_8u_AC4C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
-TPXCC_API TpxStatus tpxiBGRToCbYCr422_709HDTV_8u_C3C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
-TPXCC_API TpxStatus tpxiBGRToCbYCr422_709HDTV_8u_AC4C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
-TPXCC_API TpxStatus tpxiRGBToCbYCr422_8u_C3C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr422_8u_C3C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr422_8u_AC4C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr422_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr422_8u_AC4P3R(const Tpx8u* pSrc, int srcStep,
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCbCr422_8u_C3C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCbCr422_8u_P3C2R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCbCr422_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCrCb422_8u_C3C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCrCb422_8u_P3C2R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToCbYCr422_8u_AC4C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToCbYCr422_709HDTV_8u_C3C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToCbYCr422_709HDTV_8u_AC4C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToCbYCr422_8u_C3C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
 /* R, G and B first pass through the 8-bit forward gamma curve
    (4.5 x below 0.018, 1.099 x^0.45 - 0.099 above). */
-TPXCC_API TpxStatus tpxiRGBToCbYCr422Gamma_8u_C3C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToCbYCr422Gamma_8u_C3C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
 
 /* 4:2:0 */
-TPXCC_API TpxStatus tpxiBGRToYCbCr420_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
-TPXCC_API TpxStatus tpxiBGRToYCbCr420_8u_AC4P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
-TPXCC_API TpxStatus tpxiBGRToYCbCr420_8u_C3P2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDstY, int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep,
-    TpxSize roiSize);
-TPXCC_API TpxStatus tpxiBGRToYCbCr420_8u_AC4P2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDstY, int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep,
-    TpxSize roiSize);
-TPXCC_API TpxStatus tpxiBGRToYCbCr420_709CSC_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
-TPXCC_API TpxStatus tpxiBGRToYCbCr420_709CSC_8u_AC4P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
-TPXCC_API TpxStatus tpxiBGRToYCbCr420_709CSC_8u_C3P2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDstY, int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep,
-    TpxSize roiSize);
-TPXCC_API TpxStatus tpxiBGRToYCbCr420_709CSC_8u_AC4P2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDstY, int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep,
-    TpxSize roiSize);
-TPXCC_API TpxStatus tpxiBGRToYCbCr420_709HDTV_8u_AC4P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
-TPXCC_API TpxStatus tpxiBGRToYCrCb420_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
-TPXCC_API TpxStatus tpxiBGRToYCrCb420_8u_AC4P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
-TPXCC_API TpxStatus tpxiBGRToYCrCb420_709CSC_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
-TPXCC_API TpxStatus tpxiBGRToYCrCb420_709CSC_8u_AC4P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
-TPXCC_API TpxStatus tpxiRGBToYCbCr420_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
-TPXCC_API TpxStatus tpxiRGBToYCbCr420_8u_C3P2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDstY, int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep,
-    TpxSize roiSize);
-TPXCC_API TpxStatus tpxiRGBToYCbCr420_8u_C4P2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDstY, int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep,
-    TpxSize roiSize);
-TPXCC_API TpxStatus tpxiRGBToYCrCb420_8u_AC4P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr420_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr420_8u_AC4P3R(const Tpx8u* pSrc, int srcStep,
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr420_8u_C3P2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDstY,
+    int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr420_8u_AC4P2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDstY,
+    int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr420_709CSC_8u_C3P3R(const Tpx8u* pSrc, int srcStep,
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr420_709CSC_8u_AC4P3R(const Tpx8u* pSrc, int srcStep,
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr420_709CSC_8u_C3P2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDstY,
+    int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr420_709CSC_8u_AC4P2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDstY,
+    int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr420_709HDTV_8u_AC4P3R(const Tpx8u* pSrc, int srcStep,
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCrCb420_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCrCb420_8u_AC4P3R(const Tpx8u* pSrc, int srcStep,
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCrCb420_709CSC_8u_C3P3R(const Tpx8u* pSrc, int srcStep,
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCrCb420_709CSC_8u_AC4P3R(const Tpx8u* pSrc, int srcStep,
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCbCr420_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCbCr420_8u_C3P2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDstY,
+    int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCbCr420_8u_C4P2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDstY,
+    int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCrCb420_8u_AC4P3R(const Tpx8u* pSrc, int srcStep,
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
 
 /* 4:1:1 */
-TPXCC_API TpxStatus tpxiBGRToYCbCr411_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
-TPXCC_API TpxStatus tpxiBGRToYCbCr411_8u_AC4P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr411_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr411_8u_AC4P3R(const Tpx8u* pSrc, int srcStep,
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
 /* end of RGB to subsampled YCbCr */
 
 /* ---- Subsampled YCbCr to RGB -------------------------------------------- */

@@ -1,12 +1,12 @@
 // RGB to subsampled YCbCr against libyuv (target 1.0) and OpenCV (target 0.33).
-#include "peers.hpp"
-#include "tpxcc.h"
-
 #include <libyuv.h>
+
+#include <array>
 #include <opencv2/core.hpp>
 #include <opencv2/imgproc.hpp>
 
-#include <array>
+#include "peers.hpp"
+#include "tpxcc.h"
 
 using peers::Pair;
 
@@ -24,7 +24,8 @@ TPX_PEERS(encoderPairs)(int w, int h, std::vector<Pair>& out) {
         std::array<int, 3> step;
     };
     uint8_t* y = i420->data();
-    auto p = std::make_shared<Planes>(Planes{i420, {y, y + size_t(w) * h, y + size_t(w) * h + size_t(cw) * ch}, {w, cw, cw}});
+    auto p = std::make_shared<Planes>(
+        Planes{i420, {y, y + size_t(w) * h, y + size_t(w) * h + size_t(cw) * ch}, {w, cw, cw}});
     const TpxSize roi{w, h};
 
     out.push_back({"enc 4:2:0", "tpxiBGRToYCbCr420_8u_C3P3R", "libyuv RGB24ToI420",

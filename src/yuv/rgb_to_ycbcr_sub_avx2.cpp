@@ -1,5 +1,7 @@
 // AVX2 row functions of the RGB to subsampled YCbCr encoders: 16 pixels of
 // each row per iteration.
+#include <cstring>
+
 #include "yuv/rgb_to_ycbcr_sub_simd.hpp"
 
 namespace tpx::yuv::enc {
@@ -24,8 +26,10 @@ struct V256 {
     }
     template <int Bpp>
     static T load(const uint8_t* s, int h) {
-        if constexpr (Bpp == 4) return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + 32 * h));
-        else return h ? twoLanes(load128(s + 24), load128(s + 32)) : twoLanes(load128(s), load128(s + 12));
+        if constexpr (Bpp == 4)
+            return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + 32 * h));
+        else
+            return h ? twoLanes(load128(s + 24), load128(s + 32)) : twoLanes(load128(s), load128(s + 12));
     }
     static T bcast(__m128i m) { return _mm256_broadcastsi128_si256(m); }
     static T set16(int16_t v) { return _mm256_set1_epi16(v); }
@@ -35,12 +39,18 @@ struct V256 {
     static T blendOdd(T a, T b) { return _mm256_blend_epi32(a, b, 0xAA); }
     static T shuffle(T v, T m) { return _mm256_shuffle_epi8(v, m); }
     static T set32(int32_t v) { return _mm256_set1_epi32(v); }
-    static T set64(int32_t lo, int32_t hi) { return _mm256_set1_epi64x(int64_t(uint64_t(uint32_t(hi)) << 32 | uint32_t(lo))); }
-    template <int N> static T srai(T v) { return _mm256_srai_epi32(v, N); }
+    static T set64(int32_t lo, int32_t hi) {
+        return _mm256_set1_epi64x(int64_t(uint64_t(uint32_t(hi)) << 32 | uint32_t(lo)));
+    }
+    template <int N>
+    static T srai(T v) {
+        return _mm256_srai_epi32(v, N);
+    }
     static T madd(T a, T b) { return _mm256_madd_epi16(a, b); }
     static T add16(T a, T b) { return _mm256_add_epi16(a, b); }
     static T add32(T a, T b) { return _mm256_add_epi32(a, b); }
     static T swapPairs(T v) { return _mm256_shuffle_epi32(v, 0xB1); }
+    static T swapHalves(T v) { return _mm256_shuffle_epi32(v, 0x4E); }
     static T packs32(T a, T b) { return _mm256_packs_epi32(a, b); }
     static T packus16(T a, T b) { return _mm256_packus_epi16(a, b); }
     static T unpacklo16(T a, T b) { return _mm256_unpacklo_epi16(a, b); }
@@ -62,17 +72,29 @@ struct V256 {
     // Words Cb Cr of 8 blocks to 8 bytes of each plane.
     static void storePlanes(uint8_t* cb, uint8_t* cr, T c) {
         const __m128i inOrder = _mm256_castsi256_si128(_mm256_permutevar8x32_epi32(_mm256_packus_epi16(c, c), order()));
-        const __m128i split = _mm_shuffle_epi8(inOrder, _mm_setr_epi8(0, 2, 4, 6, 8, 10, 12, 14, 1, 3, 5, 7, 9, 11, 13, 15));
+        const __m128i split =
+            _mm_shuffle_epi8(inOrder, _mm_setr_epi8(0, 2, 4, 6, 8, 10, 12, 14, 1, 3, 5, 7, 9, 11, 13, 15));
         _mm_storel_epi64(reinterpret_cast<__m128i*>(cb), split);
         _mm_storel_epi64(reinterpret_cast<__m128i*>(cr), _mm_unpackhi_epi64(split, split));
+    }
+    // Words Cb Cr Cb Cr of 4 quads (each twice) to 4 bytes of each plane.
+    static void storeQuads(uint8_t* cb, uint8_t* cr, T c) {
+        const __m128i inOrder = _mm256_castsi256_si128(_mm256_permutevar8x32_epi32(_mm256_packus_epi16(c, c), order()));
+        const __m128i split =
+            _mm_shuffle_epi8(inOrder, _mm_setr_epi8(0, 4, 8, 12, 1, 5, 9, 13, 0, 4, 8, 12, 1, 5, 9, 13));
+        const int32_t b = _mm_cvtsi128_si32(split), r = _mm_extract_epi32(split, 1);
+        std::memcpy(cb, &b, 4);
+        std::memcpy(cr, &r, 4);
     }
 };
 
 }  // namespace
 
-#define TPX_ENC_AVX2(L) \
-    template <>         \
-    int rowAvx2<L>(const Rows& r, const Arith& a) { return rowSimd<V256, L>(r, a); }
+#define TPX_ENC_AVX2(L)                             \
+    template <>                                     \
+    int rowAvx2<L>(const Rows& r, const Arith& a) { \
+        return rowSimd<V256, L>(r, a);              \
+    }
 TPX_ENC_SIMD_LAYOUTS(TPX_ENC_AVX2)
 #undef TPX_ENC_AVX2
 

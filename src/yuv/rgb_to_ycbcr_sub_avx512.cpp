@@ -34,8 +34,10 @@ struct V512 {
             return _mm512_loadu_si512(s + 64 * h);
         } else {
             const T v = _mm512_loadu_si512(s + 32 * h);
-            return h ? _mm512_permutexvar_epi32(_mm512_setr_epi32(4, 5, 6, 7, 7, 8, 9, 10, 10, 11, 12, 13, 12, 13, 14, 15), v)
-                     : _mm512_permutexvar_epi32(_mm512_setr_epi32(0, 1, 2, 3, 3, 4, 5, 6, 6, 7, 8, 9, 9, 10, 11, 12), v);
+            return h ? _mm512_permutexvar_epi32(
+                           _mm512_setr_epi32(4, 5, 6, 7, 7, 8, 9, 10, 10, 11, 12, 13, 12, 13, 14, 15), v)
+                     : _mm512_permutexvar_epi32(_mm512_setr_epi32(0, 1, 2, 3, 3, 4, 5, 6, 6, 7, 8, 9, 9, 10, 11, 12),
+                                                v);
         }
     }
     static T bcast(__m128i m) { return _mm512_broadcast_i32x4(m); }
@@ -46,12 +48,18 @@ struct V512 {
     static T blendOdd(T a, T b) { return _mm512_mask_blend_epi32(0xAAAA, a, b); }
     static T shuffle(T v, T m) { return _mm512_shuffle_epi8(v, m); }
     static T set32(int32_t v) { return _mm512_set1_epi32(v); }
-    static T set64(int32_t lo, int32_t hi) { return _mm512_set1_epi64(int64_t(uint64_t(uint32_t(hi)) << 32 | uint32_t(lo))); }
-    template <int N> static T srai(T v) { return _mm512_srai_epi32(v, N); }
+    static T set64(int32_t lo, int32_t hi) {
+        return _mm512_set1_epi64(int64_t(uint64_t(uint32_t(hi)) << 32 | uint32_t(lo)));
+    }
+    template <int N>
+    static T srai(T v) {
+        return _mm512_srai_epi32(v, N);
+    }
     static T madd(T a, T b) { return _mm512_madd_epi16(a, b); }
     static T add16(T a, T b) { return _mm512_add_epi16(a, b); }
     static T add32(T a, T b) { return _mm512_add_epi32(a, b); }
     static T swapPairs(T v) { return _mm512_shuffle_epi32(v, _MM_PERM_CDAB); }
+    static T swapHalves(T v) { return _mm512_shuffle_epi32(v, _MM_PERM_BADC); }
     static T packs32(T a, T b) { return _mm512_packs_epi32(a, b); }
     static T packus16(T a, T b) { return _mm512_packus_epi16(a, b); }
     static T unpacklo16(T a, T b) { return _mm512_unpacklo_epi16(a, b); }
@@ -73,20 +81,33 @@ struct V512 {
     // Words Cb Cr of 16 blocks to 16 bytes of each plane.
     static void storePlanes(uint8_t* cb, uint8_t* cr, T c) {
         const __m256i inOrder = _mm512_castsi512_si256(_mm512_permutexvar_epi32(order(), _mm512_packus_epi16(c, c)));
-        const __m256i split = _mm256_shuffle_epi8(
-            inOrder, _mm256_setr_epi8(0, 2, 4, 6, 8, 10, 12, 14, 1, 3, 5, 7, 9, 11, 13, 15,  //
-                                      0, 2, 4, 6, 8, 10, 12, 14, 1, 3, 5, 7, 9, 11, 13, 15));
+        const __m256i split =
+            _mm256_shuffle_epi8(inOrder, _mm256_setr_epi8(0, 2, 4, 6, 8, 10, 12, 14, 1, 3, 5, 7, 9, 11, 13, 15,  //
+                                                          0, 2, 4, 6, 8, 10, 12, 14, 1, 3, 5, 7, 9, 11, 13, 15));
         const __m256i planes = _mm256_permute4x64_epi64(split, 0xD8);
         _mm_storeu_si128(reinterpret_cast<__m128i*>(cb), _mm256_castsi256_si128(planes));
         _mm_storeu_si128(reinterpret_cast<__m128i*>(cr), _mm256_extracti128_si256(planes, 1));
+    }
+    // Words Cb Cr Cb Cr of 8 quads (each twice) to 8 bytes of each plane.
+    static void storeQuads(uint8_t* cb, uint8_t* cr, T c) {
+        const __m256i inOrder = _mm512_castsi512_si256(_mm512_permutexvar_epi32(order(), _mm512_packus_epi16(c, c)));
+        const __m256i split =
+            _mm256_shuffle_epi8(inOrder, _mm256_setr_epi8(0, 4, 8, 12, 1, 5, 9, 13, 0, 4, 8, 12, 1, 5, 9, 13, 0, 4, 8,
+                                                          12, 1, 5, 9, 13, 0, 4, 8, 12, 1, 5, 9, 13));
+        const __m128i planes =
+            _mm256_castsi256_si128(_mm256_permutevar8x32_epi32(split, _mm256_setr_epi32(0, 4, 1, 5, 0, 4, 1, 5)));
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(cb), planes);
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(cr), _mm_unpackhi_epi64(planes, planes));
     }
 };
 
 }  // namespace
 
-#define TPX_ENC_AVX512(L) \
-    template <>           \
-    int rowAvx512<L>(const Rows& r, const Arith& a) { return rowSimd<V512, L>(r, a); }
+#define TPX_ENC_AVX512(L)                             \
+    template <>                                       \
+    int rowAvx512<L>(const Rows& r, const Arith& a) { \
+        return rowSimd<V512, L>(r, a);                \
+    }
 TPX_ENC_SIMD_LAYOUTS(TPX_ENC_AVX512)
 #undef TPX_ENC_AVX512
 

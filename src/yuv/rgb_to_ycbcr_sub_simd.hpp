@@ -41,7 +41,7 @@ inline int32_t pair16(int lo, int hi) { return int32_t(uint32_t(lo & 0xFFFF) | (
 template <class V, class L>
 int rowSimd(const Rows& r, const Arith& a) {
     static_assert(L::srcBytes == 3 || L::srcBytes == 4, "interleaved sources only");
-    static_assert(L::sampling != Sampling::Quad && !L::gamma, "no SIMD form");
+    static_assert(!L::gamma, "no SIMD form");
     static_assert(L::rule != Rule::HalfSums || L::blockH == 1, "half sums are a 4:2:2 rule");
     static_assert(L::rule != Rule::Limited || L::pack != Pack::YCrCb, "limited members put Cb first");
     using T = typename V::T;
@@ -60,8 +60,8 @@ int rowSimd(const Rows& r, const Arith& a) {
     const T cGG = crFirst ? V::set64(crGG, cbGG) : V::set64(cbGG, crGG);
     const T cOff = V::set32(a.cOff);
     // Shifts of the members with SIMD layouts: 16 for half sums, else 17
-    // (4:2:2) or 18 (4:2:0).
-    constexpr int cShift = L::rule == Rule::HalfSums ? 16 : bh == 2 ? 18 : 17;
+    // (4:2:2) or 18 (4:2:0, 4:1:1).
+    constexpr int cShift = L::rule == Rule::HalfSums ? 16 : L::sampling == Sampling::Pair ? 17 : 18;
     // Half sums: each pixel's Cb and Cr weighted sums.
     const T cbBRpx = V::set32(cbBR), cbGGpx = V::set32(cbGG), crBRpx = V::set32(crBR), crGGpx = V::set32(crGG);
     // Limited (709HDTV): coefficients above 32767 are taken as c - 65536 on the
@@ -100,6 +100,14 @@ int rowSimd(const Rows& r, const Arith& a) {
             T sbr = br[0][h], sgg = gg[0][h];
             if constexpr (bh == 2) sbr = V::add16(sbr, br[1][h]), sgg = V::add16(sgg, gg[1][h]);
             sgg = V::add16(sgg, V::swapPairs(sgg));
+            if constexpr (L::sampling == Sampling::Quad) {
+                // 4:1:1: the pairs' sums added across each 64-bit half of a lane.
+                sbr = V::add16(sbr, V::swapPairs(sbr));
+                sbr = V::add16(sbr, V::swapHalves(sbr));
+                sgg = V::add16(sgg, V::swapHalves(sgg));
+                cv[h] = V::template srai<cShift>(V::add32(V::add32(V::madd(sbr, cBR), V::madd(sgg, cGG)), cOff));
+                continue;
+            }
             if constexpr (L::rule == Rule::Limited) {
                 sbr = V::add16(V::shuffle(sbr, keepOrSwap), V::shuffle(sbr, crossSwap));
                 const T sum = V::add32(V::add32(V::madd(sbr, cHigh), V::madd(sgg, cGG)), sbr);
@@ -124,8 +132,10 @@ int rowSimd(const Rows& r, const Arith& a) {
                 V::storeRow(r.y[0] + x, yw[0]);
             if constexpr (L::out == Out::TwoPlane)
                 V::storeRow(r.cb + x, c);
-            else
+            else if constexpr (L::sampling != Sampling::Quad)
                 V::storePlanes(r.cb + x / 2, r.cr + x / 2, c);
+            else
+                V::storeQuads(r.cb + x / 4, r.cr + x / 4, c);
         }
     }
     return x;
