@@ -219,14 +219,14 @@ using C4Rgb420TwoPlane = Layout<4, false, Sampling::Block, Out::TwoPlane>;
 using C3Bgr411Planes = Layout<3, true, Sampling::Quad, Out::Planes>;
 using C4Bgr411Planes = Layout<4, true, Sampling::Quad, Out::Planes>;
 
-// Layouts with SIMD row functions (the gamma member and the planar sources
-// run the scalar row function alone).
+// Layouts with SIMD row functions: every member's.
 #define TPX_ENC_SIMD_LAYOUTS(X)                                                                                  \
     X(C3Bgr422Packed) X(C4Bgr422Packed) X(C3Bgr422Planes) X(C4Bgr422Planes) X(C3Rgb422Packed)                    \
     X(C3Rgb422PackedCr) X(C3Rgb422Planes) X(C3Bgr420Planes) \
     X(C4Bgr420Planes) X(C3Bgr420TwoPlane) X(C4Bgr420TwoPlane) X(C3Rgb420Planes)        \
     X(C4Rgb420Planes) X(C3Rgb420TwoPlane) X(C4Rgb420TwoPlane) X(C4Bgr422CbFirst) X(C3Rgb422CbFirst)              \
-    X(C3Bgr422CbFirstLimited) X(C4Bgr422CbFirstLimited) X(C4Bgr420PlanesLimited) X(C3Bgr411Planes) X(C4Bgr411Planes)
+    X(C3Bgr422CbFirstLimited) X(C4Bgr422CbFirstLimited) X(C4Bgr420PlanesLimited) X(C3Bgr411Planes) X(C4Bgr411Planes) \
+    X(P3Rgb422Packed) X(P3Rgb422PackedCr) X(C3Rgb422CbFirstGamma)
 
 template <class L>
 struct HasSimd : std::false_type {};

@@ -37,6 +37,14 @@ struct V256 {
     static T max16(T a, T b) { return _mm256_max_epi16(a, b); }
     // Even 32-bit lanes from a, odd lanes from b.
     static T blendOdd(T a, T b) { return _mm256_blend_epi32(a, b, 0xAA); }
+    // Planes: 8 pixels of each plane to the words (B, R) and (G, G).
+    static void planes(const uint8_t* b, const uint8_t* r, const uint8_t* g, T& br, T& gg) {
+        const __m128i b8 = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(b));
+        const __m128i r8 = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(r));
+        const __m128i g8 = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(g));
+        br = _mm256_cvtepu8_epi16(_mm_unpacklo_epi8(b8, r8));
+        gg = _mm256_cvtepu8_epi16(_mm_unpacklo_epi8(g8, g8));
+    }
     static T shuffle(T v, T m) { return _mm256_shuffle_epi8(v, m); }
     static T set32(int32_t v) { return _mm256_set1_epi32(v); }
     static T set64(int32_t lo, int32_t hi) {
@@ -93,7 +101,7 @@ struct V256 {
 #define TPX_ENC_AVX2(L)                             \
     template <>                                     \
     int rowAvx2<L>(const Rows& r, const Arith& a) { \
-        return rowSimd<V256, L>(r, a);              \
+        return rowFor<V256, L>(r, a);               \
     }
 TPX_ENC_SIMD_LAYOUTS(TPX_ENC_AVX2)
 #undef TPX_ENC_AVX2

@@ -46,6 +46,18 @@ struct V512 {
     static T max16(T a, T b) { return _mm512_max_epi16(a, b); }
     // Even 32-bit lanes from a, odd lanes from b.
     static T blendOdd(T a, T b) { return _mm512_mask_blend_epi32(0xAAAA, a, b); }
+    // Planes: 16 pixels of each plane to the words (B, R) and (G, G).
+    static void planes(const uint8_t* b, const uint8_t* r, const uint8_t* g, T& br, T& gg) {
+        const __m128i b16 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(b));
+        const __m128i r16 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(r));
+        const __m128i g16 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(g));
+        const __m256i brBytes = _mm256_inserti128_si256(_mm256_castsi128_si256(_mm_unpacklo_epi8(b16, r16)),
+                                                        _mm_unpackhi_epi8(b16, r16), 1);
+        const __m256i ggBytes = _mm256_inserti128_si256(_mm256_castsi128_si256(_mm_unpacklo_epi8(g16, g16)),
+                                                        _mm_unpackhi_epi8(g16, g16), 1);
+        br = _mm512_cvtepu8_epi16(brBytes);
+        gg = _mm512_cvtepu8_epi16(ggBytes);
+    }
     static T shuffle(T v, T m) { return _mm512_shuffle_epi8(v, m); }
     static T set32(int32_t v) { return _mm512_set1_epi32(v); }
     static T set64(int32_t lo, int32_t hi) {
@@ -106,7 +118,7 @@ struct V512 {
 #define TPX_ENC_AVX512(L)                             \
     template <>                                       \
     int rowAvx512<L>(const Rows& r, const Arith& a) { \
-        return rowSimd<V512, L>(r, a);                \
+        return rowFor<V512, L>(r, a);                 \
     }
 TPX_ENC_SIMD_LAYOUTS(TPX_ENC_AVX512)
 #undef TPX_ENC_AVX512

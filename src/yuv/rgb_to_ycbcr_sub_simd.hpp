@@ -40,15 +40,16 @@ inline int32_t pair16(int lo, int hi) { return int32_t(uint32_t(lo & 0xFFFF) | (
 
 template <class V, class L>
 int rowSimd(const Rows& r, const Arith& a) {
-    static_assert(L::srcBytes == 3 || L::srcBytes == 4, "interleaved sources only");
-    static_assert(!L::gamma, "no SIMD form");
+    static_assert(!L::gamma, "the gamma member runs through rowSimdGamma");
     static_assert(L::rule != Rule::HalfSums || L::blockH == 1, "half sums are a 4:2:2 rule");
     static_assert(L::rule != Rule::Limited || L::pack != Pack::YCrCb, "limited members put Cb first");
     using T = typename V::T;
     constexpr int bpp = L::srcBytes, n = 8 * V::lanes, bh = L::blockH;
     T mask[2][2];  // [(B, R) or (G, G)][vector]
-    V::template masks<L>(mask[0], false);
-    V::template masks<L>(mask[1], true);
+    if constexpr (bpp != 0) {
+        V::template masks<L>(mask[0], false);
+        V::template masks<L>(mask[1], true);
+    }
     const T yBR = V::set32(pair16(a.yB, a.yR)), yGG = V::set32(pair16(a.yG / 2, a.yG - a.yG / 2));
     const T yOff = V::set64(a.yOff[0], a.yOff[1]);
     // Even 32-bit lanes compute the first chroma byte of a packed group's
@@ -80,9 +81,14 @@ int rowSimd(const Rows& r, const Arith& a) {
             const uint8_t* s = r.src[j][0] + std::ptrdiff_t(x) * bpp;
             T yv[2];
             for (int h = 0; h < 2; ++h) {
-                const T q = V::template load<bpp>(s, h);
-                br[j][h] = V::shuffle(q, mask[0][h]);
-                gg[j][h] = V::shuffle(q, mask[1][h]);
+                if constexpr (bpp == 0) {  // planes R, G, B
+                    V::planes(r.src[j][2] + x + 4 * V::lanes * h, r.src[j][0] + x + 4 * V::lanes * h,
+                              r.src[j][1] + x + 4 * V::lanes * h, br[j][h], gg[j][h]);
+                } else {
+                    const T q = V::template load<bpp>(s, h);
+                    br[j][h] = V::shuffle(q, mask[0][h]);
+                    gg[j][h] = V::shuffle(q, mask[1][h]);
+                }
                 yv[h] = V::template srai<16>(V::add32(V::add32(V::madd(br[j][h], yBR), V::madd(gg[j][h], yGG)), yOff));
             }
             yw[j] = limit(V::packs32(yv[0], yv[1]));
@@ -139,6 +145,38 @@ int rowSimd(const Rows& r, const Arith& a) {
         }
     }
     return x;
+}
+
+// The gamma member: chunks of each row go through the gamma table into a
+// three-byte buffer, which the plain layout's row function converts.
+template <class V, class L>
+int rowSimdGamma(const Rows& r, const Arith& a) {
+    static_assert(L::gamma && L::srcBytes == 3 && L::out == Out::Packed, "packed three-byte gamma member");
+    using Plain = Layout<3, L::bgr, L::sampling, L::out, L::pack, L::rule>;
+    constexpr int chunk = 512;
+    alignas(64) uint8_t buf[chunk * 3];
+    Rows c = r;
+    c.src[0][0] = buf;
+    int x = 0;
+    while (r.width - x >= 8 * V::lanes) {
+        const int n = r.width - x < chunk ? r.width - x : chunk;
+        const uint8_t* s = r.src[0][0] + std::ptrdiff_t(x) * 3;
+        for (int i = 0; i < 3 * n; ++i) buf[i] = tone::kGammaFwd8u[s[i]];
+        c.y[0] = r.y[0] + 2 * std::ptrdiff_t(x);
+        c.width = n;
+        const int done = rowSimd<V, Plain>(c, a);
+        x += done;
+        if (done < n) break;
+    }
+    return x;
+}
+
+template <class V, class L>
+int rowFor(const Rows& r, const Arith& a) {
+    if constexpr (L::gamma)
+        return rowSimdGamma<V, L>(r, a);
+    else
+        return rowSimd<V, L>(r, a);
 }
 
 }  // namespace tpx::yuv::enc
