@@ -21,6 +21,9 @@
 #include <immintrin.h>
 
 namespace tpx::yuv::enc {
+// Everything here is compiled once per instruction set: internal linkage keeps
+// the AVX-512 copy of a helper from standing in for the AVX2 one.
+namespace {
 
 // In-lane shuffle of four pixels (starting `shift` bytes into the lane) to
 // the words (B, R) or, with `green`, (G, G).
@@ -179,4 +182,5 @@ int rowFor(const Rows& r, const Arith& a) {
         return rowSimd<V, L>(r, a);
 }
 
+}  // namespace
 }  // namespace tpx::yuv::enc
