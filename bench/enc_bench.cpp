@@ -29,10 +29,9 @@ using P3 = TpxStatus (*)(const Tpx8u*, int, Tpx8u* const*, const int*, TpxSize);
 using P2 = TpxStatus (*)(const Tpx8u*, int, Tpx8u*, int, Tpx8u*, int, TpxSize);
 using C2 = TpxStatus (*)(const Tpx8u*, int, Tpx8u*, int, TpxSize);
 
-void toPlanes(benchmark::State& state, P3 fn, int bytes, bool halfHeight) {
+void toPlanes(benchmark::State& state, P3 fn, int bytes) {
     Buffers b(bytes);
-    int steps[3] = {kW, halfHeight ? kW / 2 : kW / 2, kW / 2};
-    for (auto _ : state) benchmark::DoNotOptimize(fn(b.src.data(), kW * bytes, b.planes, steps, {kW, kH}));
+    for (auto _ : state) benchmark::DoNotOptimize(fn(b.src.data(), kW * bytes, b.planes, b.steps, {kW, kH}));
     state.SetItemsProcessed(int64_t(state.iterations()) * kW * kH);
 }
 void toTwoPlanes(benchmark::State& state, P2 fn, int bytes) {
@@ -49,15 +48,15 @@ void toPacked(benchmark::State& state, C2 fn, int bytes) {
 
 }  // namespace
 
-BENCHMARK_CAPTURE(toPlanes, BGRToYCbCr420_8u_C3P3R, tpxiBGRToYCbCr420_8u_C3P3R, 3, true);
-BENCHMARK_CAPTURE(toPlanes, RGBToYCbCr420_8u_C3P3R, tpxiRGBToYCbCr420_8u_C3P3R, 3, true);
-BENCHMARK_CAPTURE(toPlanes, BGRToYCbCr420_8u_AC4P3R, tpxiBGRToYCbCr420_8u_AC4P3R, 4, true);
-BENCHMARK_CAPTURE(toPlanes, BGRToYCbCr420_709CSC_8u_AC4P3R, tpxiBGRToYCbCr420_709CSC_8u_AC4P3R, 4, true);
-BENCHMARK_CAPTURE(toPlanes, BGRToYCbCr420_709HDTV_8u_AC4P3R, tpxiBGRToYCbCr420_709HDTV_8u_AC4P3R, 4, true);
+BENCHMARK_CAPTURE(toPlanes, BGRToYCbCr420_8u_C3P3R, tpxiBGRToYCbCr420_8u_C3P3R, 3);
+BENCHMARK_CAPTURE(toPlanes, RGBToYCbCr420_8u_C3P3R, tpxiRGBToYCbCr420_8u_C3P3R, 3);
+BENCHMARK_CAPTURE(toPlanes, BGRToYCbCr420_8u_AC4P3R, tpxiBGRToYCbCr420_8u_AC4P3R, 4);
+BENCHMARK_CAPTURE(toPlanes, BGRToYCbCr420_709CSC_8u_AC4P3R, tpxiBGRToYCbCr420_709CSC_8u_AC4P3R, 4);
+BENCHMARK_CAPTURE(toPlanes, BGRToYCbCr420_709HDTV_8u_AC4P3R, tpxiBGRToYCbCr420_709HDTV_8u_AC4P3R, 4);
 BENCHMARK_CAPTURE(toTwoPlanes, BGRToYCbCr420_8u_AC4P2R, tpxiBGRToYCbCr420_8u_AC4P2R, 4);
 BENCHMARK_CAPTURE(toTwoPlanes, BGRToYCbCr420_8u_C3P2R, tpxiBGRToYCbCr420_8u_C3P2R, 3);
-BENCHMARK_CAPTURE(toPlanes, BGRToYCbCr422_8u_C3P3R, tpxiBGRToYCbCr422_8u_C3P3R, 3, false);
-BENCHMARK_CAPTURE(toPlanes, BGRToYCbCr411_8u_C3P3R, tpxiBGRToYCbCr411_8u_C3P3R, 3, false);
+BENCHMARK_CAPTURE(toPlanes, BGRToYCbCr422_8u_C3P3R, tpxiBGRToYCbCr422_8u_C3P3R, 3);
+BENCHMARK_CAPTURE(toPlanes, BGRToYCbCr411_8u_C3P3R, tpxiBGRToYCbCr411_8u_C3P3R, 3);
 BENCHMARK_CAPTURE(toPacked, BGRToYCbCr422_8u_AC4C2R, tpxiBGRToYCbCr422_8u_AC4C2R, 4);
 BENCHMARK_CAPTURE(toPacked, RGBToYCbCr422_8u_C3C2R, tpxiRGBToYCbCr422_8u_C3C2R, 3);
 BENCHMARK_CAPTURE(toPacked, BGRToCbYCr422_8u_AC4C2R, tpxiBGRToCbYCr422_8u_AC4C2R, 4);
