@@ -42,7 +42,8 @@ inline __m128i pixelMask(int shift, bool green) {
 inline int32_t pair16(int lo, int hi) { return int32_t(uint32_t(lo & 0xFFFF) | (uint32_t(hi) << 16)); }
 
 template <class V, class L>
-int rowSimd(const Rows& r, const Arith& a) {
+int rowSimd(const Rows& rows, const Arith& a) {
+    const Rows r = rows;  // a local copy: the stores cannot alias the row pointers
     static_assert(!L::gamma, "the gamma member runs through rowSimdGamma");
     static_assert(L::rule != Rule::HalfSums || L::blockH == 1, "half sums are a 4:2:2 rule");
     static_assert(L::rule != Rule::Limited || L::pack != Pack::YCrCb, "limited members put Cb first");
