@@ -54,6 +54,7 @@ struct V256 {
     static T srai(T v) {
         return _mm256_srai_epi32(v, N);
     }
+    static T andv(T a, T b) { return _mm256_and_si256(a, b); }
     static T madd(T a, T b) { return _mm256_madd_epi16(a, b); }
     static T add16(T a, T b) { return _mm256_add_epi16(a, b); }
     static T add32(T a, T b) { return _mm256_add_epi32(a, b); }

@@ -67,6 +67,7 @@ struct V512 {
     static T srai(T v) {
         return _mm512_srai_epi32(v, N);
     }
+    static T andv(T a, T b) { return _mm512_and_si512(a, b); }
     static T madd(T a, T b) { return _mm512_madd_epi16(a, b); }
     static T add16(T a, T b) { return _mm512_add_epi16(a, b); }
     static T add32(T a, T b) { return _mm512_add_epi32(a, b); }

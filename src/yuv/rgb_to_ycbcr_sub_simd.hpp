@@ -54,6 +54,7 @@ int rowSimd(const Rows& rows, const Arith& a) {
         V::template masks<L>(mask[0], false);
         V::template masks<L>(mask[1], true);
     }
+    const T lowBytes = V::set32(0x00FF00FF);
     const T yBR = V::set32(pair16(a.yB, a.yR)), yGG = V::set32(pair16(a.yG / 2, a.yG - a.yG / 2));
     const T yOff = V::set64(a.yOff[0], a.yOff[1]);
     // Even 32-bit lanes compute the first chroma byte of a packed group's
@@ -90,7 +91,11 @@ int rowSimd(const Rows& rows, const Arith& a) {
                               r.src[j][1] + x + 4 * V::lanes * h, br[j][h], gg[j][h]);
                 } else {
                     const T q = V::template load<bpp>(s, h);
-                    br[j][h] = V::shuffle(q, mask[0][h]);
+                    // BGRA holds (B, R) in the low bytes of its words already.
+                    if constexpr (bpp == 4 && L::bgr)
+                        br[j][h] = V::andv(q, lowBytes);
+                    else
+                        br[j][h] = V::shuffle(q, mask[0][h]);
                     gg[j][h] = V::shuffle(q, mask[1][h]);
                 }
                 yv[h] = V::template srai<16>(V::add32(V::add32(V::madd(br[j][h], yBR), V::madd(gg[j][h], yGG)), yOff));
