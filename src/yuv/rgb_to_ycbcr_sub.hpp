@@ -12,7 +12,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <type_traits>
 
 namespace tpx::yuv::enc {
 
@@ -219,34 +218,27 @@ using C4Rgb420TwoPlane = Layout<4, false, Sampling::Block, Out::TwoPlane>;
 using C3Bgr411Planes = Layout<3, true, Sampling::Quad, Out::Planes>;
 using C4Bgr411Planes = Layout<4, true, Sampling::Quad, Out::Planes>;
 
-// Layouts with SIMD row functions: every member's.
-#define TPX_ENC_SIMD_LAYOUTS(X)                                                                                  \
-    X(C3Bgr422Packed) X(C4Bgr422Packed) X(C3Bgr422Planes) X(C4Bgr422Planes) X(C3Rgb422Packed)                    \
-    X(C3Rgb422PackedCr) X(C3Rgb422Planes) X(C3Bgr420Planes) \
-    X(C4Bgr420Planes) X(C3Bgr420TwoPlane) X(C4Bgr420TwoPlane) X(C3Rgb420Planes)        \
-    X(C4Rgb420Planes) X(C3Rgb420TwoPlane) X(C4Rgb420TwoPlane) X(C4Bgr422CbFirst) X(C3Rgb422CbFirst)              \
-    X(C3Bgr422CbFirstLimited) X(C4Bgr422CbFirstLimited) X(C4Bgr420PlanesLimited) X(C3Bgr411Planes) X(C4Bgr411Planes) \
-    X(P3Rgb422Packed) X(P3Rgb422PackedCr) X(C3Rgb422CbFirstGamma)
+// Every member's layout has SIMD row functions.
+#define TPX_ENC_SIMD_LAYOUTS(X)                                                                         \
+    X(C3Bgr422Packed) X(C4Bgr422Packed) X(C3Bgr422Planes) X(C4Bgr422Planes) X(C3Rgb422Packed)           \
+    X(C3Rgb422PackedCr) X(P3Rgb422Packed) X(P3Rgb422PackedCr) X(C3Rgb422Planes) X(C4Bgr422CbFirst)      \
+    X(C3Bgr422CbFirstLimited) X(C4Bgr422CbFirstLimited) X(C3Rgb422CbFirst) X(C3Rgb422CbFirstGamma)      \
+    X(C3Bgr420Planes) X(C4Bgr420Planes) X(C4Bgr420PlanesLimited) X(C3Bgr420TwoPlane) X(C4Bgr420TwoPlane) \
+    X(C3Rgb420Planes) X(C4Rgb420Planes) X(C3Rgb420TwoPlane) X(C4Rgb420TwoPlane) X(C3Bgr411Planes)       \
+    X(C4Bgr411Planes)
 
-template <class L>
-struct HasSimd : std::false_type {};
-#define TPX_ENC_HAS_SIMD(L)                              \
-    template <>                                          \
-    struct HasSimd<L> : std::true_type {};               \
-    template <>                                          \
-    int rowAvx2<L>(const Rows&, const Arith&);           \
-    template <>                                          \
+#define TPX_ENC_DECLARE_ROWS(L)                \
+    template <>                                \
+    int rowAvx2<L>(const Rows&, const Arith&); \
+    template <>                                \
     int rowAvx512<L>(const Rows&, const Arith&);
-TPX_ENC_SIMD_LAYOUTS(TPX_ENC_HAS_SIMD)
-#undef TPX_ENC_HAS_SIMD
+TPX_ENC_SIMD_LAYOUTS(TPX_ENC_DECLARE_ROWS)
+#undef TPX_ENC_DECLARE_ROWS
 
-// The row function of the active tier, or null.
+// The row function of the active tier (null for the scalar tier).
 template <class L>
 RowFn simdRow() {
-    if constexpr (HasSimd<L>::value)
-        return pick(TierKernels<RowFn>{nullptr, TPX_X86(&rowAvx2<L>), TPX_X86(&rowAvx512<L>)});
-    else
-        return nullptr;
+    return pick(TierKernels<RowFn>{nullptr, TPX_X86(&rowAvx2<L>), TPX_X86(&rowAvx512<L>)});
 }
 
 }  // namespace tpx::yuv::enc
