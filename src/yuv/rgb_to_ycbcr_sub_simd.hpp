@@ -77,8 +77,8 @@ int rowSimd(const Rows& rows, const Arith& a) {
     const T cHigh = V::set64(pair16(a.cbR - 1, a.cbB - 65536), pair16(a.crB - 1, a.crR - 65536));
     const T keepOrSwap = V::bcast(_mm_setr_epi8(2, 3, 0, 1, 4, 5, 6, 7, 10, 11, 8, 9, 12, 13, 14, 15));
     const T crossSwap = V::bcast(_mm_setr_epi8(6, 7, 4, 5, 0, 1, 2, 3, 14, 15, 12, 13, 8, 9, 10, 11));
-    const T lo = V::set16(int16_t(a.lo)), hi = V::set16(int16_t(a.hi));
-    auto limit = [&](T w) { return L::rule == Rule::Limited ? V::min16(V::max16(w, lo), hi) : w; };
+    const T lowest = V::set16(int16_t(a.lo)), highest = V::set16(int16_t(a.hi));
+    auto limit = [&](T w) { return L::rule == Rule::Limited ? V::min16(V::max16(w, lowest), highest) : w; };
     int x = 0;
     for (; x + n <= r.width; x += n) {
         T br[bh][2], gg[bh][2], yw[bh];
