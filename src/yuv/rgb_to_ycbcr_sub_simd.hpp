@@ -81,39 +81,35 @@ int rowSimd(const Rows& rows, const Arith& a) {
     auto limit = [&](T w) { return L::rule == Rule::Limited ? V::min16(V::max16(w, lowest), highest) : w; };
     int x = 0;
     for (; x + n <= r.width; x += n) {
-        T br[bh][2], gg[bh][2], yw[bh];
-        for (int j = 0; j < bh; ++j) {
-            const uint8_t* s = r.src[j][0] + std::ptrdiff_t(x) * bpp;
-            T yv[2];
-            for (int h = 0; h < 2; ++h) {
+        // Half by half (h), so that only one half's words are live at a time.
+        T yv[bh][2], cv[2];
+        for (int h = 0; h < 2; ++h) {
+            T br[bh], gg[bh];
+            for (int j = 0; j < bh; ++j) {
                 if constexpr (bpp == 0) {  // planes R, G, B
-                    V::planes(r.src[j][2] + x + 4 * V::lanes * h, r.src[j][0] + x + 4 * V::lanes * h,
-                              r.src[j][1] + x + 4 * V::lanes * h, br[j][h], gg[j][h]);
+                    const int at = x + 4 * V::lanes * h;
+                    V::planes(r.src[j][2] + at, r.src[j][0] + at, r.src[j][1] + at, br[j], gg[j]);
                 } else {
-                    const T q = V::template load<bpp>(s, h);
+                    const T q = V::template load<bpp>(r.src[j][0] + std::ptrdiff_t(x) * bpp, h);
                     // BGRA holds (B, R) in the low bytes of its words already.
                     if constexpr (bpp == 4 && L::bgr)
-                        br[j][h] = V::andv(q, lowBytes);
+                        br[j] = V::andv(q, lowBytes);
                     else
-                        br[j][h] = V::shuffle(q, mask[0][h]);
-                    gg[j][h] = V::shuffle(q, mask[1][h]);
+                        br[j] = V::shuffle(q, mask[0][h]);
+                    gg[j] = V::shuffle(q, mask[1][h]);
                 }
-                yv[h] = V::template srai<16>(V::add32(V::add32(V::madd(br[j][h], yBR), V::madd(gg[j][h], yGG)), yOff));
+                yv[j][h] = V::template srai<16>(V::add32(V::add32(V::madd(br[j], yBR), V::madd(gg[j], yGG)), yOff));
             }
-            yw[j] = limit(V::packs32(yv[0], yv[1]));
-        }
-        T cv[2];
-        for (int h = 0; h < 2; ++h) {
             if constexpr (L::rule == Rule::HalfSums) {
                 // Pixel sums halved, then Cb0 + Cb1 in the even and Cr0 + Cr1 in the odd lanes.
-                const T pcb = V::template srai<1>(V::add32(V::madd(br[0][h], cbBRpx), V::madd(gg[0][h], cbGGpx)));
-                const T pcr = V::template srai<1>(V::add32(V::madd(br[0][h], crBRpx), V::madd(gg[0][h], crGGpx)));
+                const T pcb = V::template srai<1>(V::add32(V::madd(br[0], cbBRpx), V::madd(gg[0], cbGGpx)));
+                const T pcr = V::template srai<1>(V::add32(V::madd(br[0], crBRpx), V::madd(gg[0], crGGpx)));
                 const T sum = V::add32(V::blendOdd(pcb, pcr), V::swapPairs(V::blendOdd(pcr, pcb)));
                 cv[h] = V::template srai<cShift>(V::add32(sum, cOff));
                 continue;
             }
-            T sbr = br[0][h], sgg = gg[0][h];
-            if constexpr (bh == 2) sbr = V::add16(sbr, br[1][h]), sgg = V::add16(sgg, gg[1][h]);
+            T sbr = br[0], sgg = gg[0];
+            if constexpr (bh == 2) sbr = V::add16(sbr, br[1]), sgg = V::add16(sgg, gg[1]);
             sgg = V::add16(sgg, V::swapPairs(sgg));
             if constexpr (L::sampling == Sampling::Quad) {
                 // 4:1:1: the pairs' sums added across each 64-bit half of a lane.
@@ -132,6 +128,8 @@ int rowSimd(const Rows& rows, const Arith& a) {
                 cv[h] = V::template srai<cShift>(V::add32(V::add32(V::madd(sbr, cBR), V::madd(sgg, cGG)), cOff));
             }
         }
+        T yw[bh];
+        for (int j = 0; j < bh; ++j) yw[j] = limit(V::packs32(yv[j][0], yv[j][1]));
         const T c = limit(V::packs32(cv[0], cv[1]));  // Cb, Cr words of the blocks
         if constexpr (L::out == Out::Packed) {
             // Words Y0 C0 Y1 C1 (or C0 Y0 C1 Y1), C alternating Cb, Cr.
