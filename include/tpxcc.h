@@ -119,6 +119,92 @@ TPXCC_API TpxStatus tpxiYCbCrToBGR_709CSC_8u_P3C4R(const Tpx8u* const pSrc[3], i
 /* end of RGB and YCbCr 4:4:4 */
 
 /* ---- RGB to subsampled YCbCr (4:2:2, 4:2:0, 4:1:1) ---------------------- */
+/*
+ * Studio-range encoders with chroma computed once per block from the sums of
+ * the block's R, G and B. Packed 4:2:2 byte orders: YCbCr422 = Y0 Cb Y1 Cr,
+ * YCrCb422 = Y0 Cr Y1 Cb, CbYCr422 = Cb Y0 Cr Y1. Planar destinations take
+ * three plane pointers and three steps (Y, then the chroma planes in the order
+ * of the name); two-plane (P2) destinations a luma plane and an interleaved
+ * Cb,Cr plane. Checks: null pointers (-8), the size minimum (-6; 4:2:0 needs
+ * 2 x 2, packed 4:2:2 a width of 2), null plane pointers (-8). 4:2:0 returns
+ * +35 for an odd width or height (the last column or row is not written),
+ * 4:1:1 for a width that is not a multiple of 4 (the last width % 4 pixels
+ * are neither read nor written); an odd last pixel of 4:2:2 is skipped.
+ * 709HDTV members are full range and limit every byte to 1..254.
+ */
+/* 4:2:2 */
+TPXCC_API TpxStatus tpxiBGRToYCbCr422_8u_C3C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr422_8u_AC4C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr422_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr422_8u_AC4P3R(const Tpx8u* pSrc, int srcStep,
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCbCr422_8u_C3C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCbCr422_8u_P3C2R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCbCr422_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCrCb422_8u_C3C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCrCb422_8u_P3C2R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToCbYCr422_8u_AC4C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToCbYCr422_709HDTV_8u_C3C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToCbYCr422_709HDTV_8u_AC4C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToCbYCr422_8u_C3C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+/* R, G and B first pass through the 8-bit forward gamma curve
+   (4.5 x below 0.018, 1.099 x^0.45 - 0.099 above). */
+TPXCC_API TpxStatus tpxiRGBToCbYCr422Gamma_8u_C3C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+
+/* 4:2:0 */
+TPXCC_API TpxStatus tpxiBGRToYCbCr420_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr420_8u_AC4P3R(const Tpx8u* pSrc, int srcStep,
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr420_8u_C3P2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDstY,
+    int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr420_8u_AC4P2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDstY,
+    int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr420_709CSC_8u_C3P3R(const Tpx8u* pSrc, int srcStep,
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr420_709CSC_8u_AC4P3R(const Tpx8u* pSrc, int srcStep,
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr420_709CSC_8u_C3P2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDstY,
+    int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr420_709CSC_8u_AC4P2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDstY,
+    int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr420_709HDTV_8u_AC4P3R(const Tpx8u* pSrc, int srcStep,
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCrCb420_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCrCb420_8u_AC4P3R(const Tpx8u* pSrc, int srcStep,
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCrCb420_709CSC_8u_C3P3R(const Tpx8u* pSrc, int srcStep,
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCrCb420_709CSC_8u_AC4P3R(const Tpx8u* pSrc, int srcStep,
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCbCr420_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCbCr420_8u_C3P2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDstY,
+    int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCbCr420_8u_C4P2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDstY,
+    int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCrCb420_8u_AC4P3R(const Tpx8u* pSrc, int srcStep,
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+
+/* 4:1:1 */
+TPXCC_API TpxStatus tpxiBGRToYCbCr411_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCbCr411_8u_AC4P3R(const Tpx8u* pSrc, int srcStep,
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
 /* end of RGB to subsampled YCbCr */
 
 /* ---- Subsampled YCbCr to RGB -------------------------------------------- */
