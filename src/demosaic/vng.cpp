@@ -1,0 +1,132 @@
+// VNG demosaicing members: entries and the driver over rows and column chunks.
+#include "demosaic/cfa_common.hpp"
+#include "demosaic/vng.hpp"
+#include "frame/cpu.hpp"
+#include "frame/image.hpp"
+
+#include <cmath>
+#include <cstring>
+
+namespace tpx::vng {
+
+// SIMD row functions (vng_avx2.cpp, vng_avx512.cpp).
+int row8uAvx2(const uint8_t* const* rows, int n, bool firstGreen, bool rowRed, uint8_t* dst);
+int row8uAvx512(const uint8_t* const* rows, int n, bool firstGreen, bool rowRed, uint8_t* dst);
+
+namespace {
+
+template <class T>
+RowFn<T> chooseRow();
+template <>
+RowFn<uint8_t> chooseRow<uint8_t>() {
+    return pick(TierKernels<RowFn<uint8_t>>{rowScalar<uint8_t>, nullptr, nullptr});
+}
+template <>
+RowFn<uint16_t> chooseRow<uint16_t>() {
+    return rowScalar<uint16_t>;
+}
+
+// Channel c = saturate(round-half-even(scale[c] * value)) over n BGRA pixels.
+template <class T>
+void applyScale(T* px, int n, const Tpx32f scale[4]) {
+    constexpr float kMax = sizeof(T) == 1 ? 255.0f : 65535.0f;
+    for (int i = 0; i < 4 * n; ++i) {
+        float f = scale[i & 3] * float(px[i]);
+        f = f > 0.0f ? f : 0.0f;  // also NaN -> 0
+        f = f < kMax ? f : kMax;
+        px[i] = T(std::nearbyint(f));
+    }
+}
+
+// Column chunk of one pass: the five rows of a chunk are read in place when
+// the chunk's two-column margins lie inside the image, else copied with the
+// edge mirrored.
+constexpr int kChunk = 1024;
+
+template <class T>
+void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, const cfa::Region& r, int grid,
+         const Tpx32f scale[4]) {
+    const RowFn<T> simdRow = chooseRow<T>();
+    const bool plain = scale[0] == 1.0f && scale[1] == 1.0f && scale[2] == 1.0f && scale[3] == 1.0f;
+    T pad[5][kChunk + 4];
+    for (int64_t oy = 0; oy < r.height; ++oy) {
+        const int64_t y = r.y + oy;
+        const T* srcRows[5];
+        for (int k = 0; k < 5; ++k) srcRows[k] = rowAt(src, srcStep, cfa::mirror(y - 2 + k, r.imageHeight));
+        T* out = rowAt(dst, dstStep, oy);
+        const bool rowRed = cfa::colourAt(grid, 0, y) == cfa::Red || cfa::colourAt(grid, 1, y) == cfa::Red;
+        for (int64_t ox = 0; ox < r.width; ox += kChunk) {
+            const int64_t x = r.x + ox;
+            const int n = int(r.width - ox < kChunk ? r.width - ox : kChunk);
+            const T* rows[5];
+            if (x >= 2 && x + n + 2 <= r.imageWidth) {
+                for (int k = 0; k < 5; ++k) rows[k] = srcRows[k] + (x - 2);
+            } else {
+                for (int k = 0; k < 5; ++k) {
+                    for (int i = 0; i < n + 4; ++i) pad[k][i] = srcRows[k][cfa::mirror(x - 2 + i, r.imageWidth)];
+                    rows[k] = pad[k];
+                }
+            }
+            const bool firstGreen = cfa::colourAt(grid, x, y) == cfa::Green;
+            T* o = out + 4 * ox;
+            const int done = simdRow(rows, n, firstGreen, rowRed, o);
+            if (done < n) {
+                const T* rest[5];
+                for (int k = 0; k < 5; ++k) rest[k] = rows[k] + done;
+                rowScalar<T>(rest, n - done, ((done & 1) == 0) == firstGreen, rowRed, o + 4 * done);
+            }
+            if (!plain) applyScale(o, n, scale);
+        }
+    }
+}
+
+template <class T>
+TpxStatus entry(const T* pSrc, int64_t x, int64_t y, int64_t w, int64_t h, int64_t imageW, int64_t imageH,
+                std::ptrdiff_t srcStep, const Tpx32f scale[4], T* pDst, std::ptrdiff_t dstStep, int grid) {
+    cfa::Region r;
+    TPX_CHECK(cfa::checkRegion(x, y, w, h, imageW, imageH, grid, cfa::kMinSide, r));
+    if (r.empty()) return tpxStatusOk;
+    run(pSrc, srcStep, pDst, dstStep, r, grid, scale);
+    return tpxStatusOk;
+}
+
+}  // namespace
+}  // namespace tpx::vng
+
+using tpx::vng::entry;
+namespace check = tpx::check;
+
+extern "C" TPXCC_API TpxStatus tpxiCFAToBGRA_VNG_8u_C1C4R(const uint8_t* pSrc, TpxRect srcRoi, TpxSize srcSize,
+                                                           int srcStep, const Tpx32f scale[4], uint8_t* pDst,
+                                                           int dstStep, TpxBayerGrid grid) {
+    TPX_CHECK(check::notNull(pSrc, pDst, scale));
+    return entry(pSrc, srcRoi.x, srcRoi.y, srcRoi.width, srcRoi.height, srcSize.width, srcSize.height, srcStep,
+                 scale, pDst, dstStep, int(grid));
+}
+
+extern "C" TPXCC_API TpxStatus tpxiCFAToBGRA_VNG_16u_C1C4R(const uint16_t* pSrc, TpxRect srcRoi, TpxSize srcSize,
+                                                            int srcStep, const Tpx32f scale[4], uint16_t* pDst,
+                                                            int dstStep, TpxBayerGrid grid) {
+    TPX_CHECK(check::notNull(pSrc, pDst, scale));
+    return entry(pSrc, srcRoi.x, srcRoi.y, srcRoi.width, srcRoi.height, srcSize.width, srcSize.height, srcStep,
+                 scale, pDst, dstStep, int(grid));
+}
+
+extern "C" TPXCC_API TpxStatus tpxiCFAToBGRA_VNG_8u_C1C4R_L(const uint8_t* pSrc, TpxRectL srcRoi, TpxSizeL srcSize,
+                                                             int64_t srcStep, const Tpx32f scale[4], uint8_t* pDst,
+                                                             int64_t dstStep, TpxBayerGrid grid) {
+    TPX_CHECK(check::notNull(pSrc, pDst, scale));
+    TPX_CHECK(check::fits32(srcSize.width, srcSize.height, srcRoi.x, srcRoi.y, srcRoi.width, srcRoi.height));
+    return entry(pSrc, srcRoi.x, srcRoi.y, srcRoi.width, srcRoi.height, srcSize.width, srcSize.height, srcStep,
+                 scale, pDst, dstStep, int(grid));
+}
+
+extern "C" TPXCC_API TpxStatus tpxiCFAToBGRA_VNG_16u_C1C4R_L(const uint16_t* pSrc, TpxRectL srcRoi,
+                                                              TpxSizeL srcSize, int64_t srcStep,
+                                                              const Tpx32f scale[4], uint16_t* pDst,
+                                                              int64_t dstStep, TpxBayerGrid grid) {
+    TPX_CHECK(check::notNull(pSrc, pDst, scale));
+    TPX_CHECK(check::fits32(srcSize.width, srcSize.height, srcRoi.x, srcRoi.y, srcRoi.width, srcRoi.height));
+    return entry(pSrc, srcRoi.x, srcRoi.y, srcRoi.width, srcRoi.height, srcSize.width, srcSize.height, srcStep,
+                 scale, pDst, dstStep, int(grid));
+}
