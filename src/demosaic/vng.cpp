@@ -19,7 +19,7 @@ template <class T>
 RowFn<T> chooseRow();
 template <>
 RowFn<uint8_t> chooseRow<uint8_t>() {
-    return pick(TierKernels<RowFn<uint8_t>>{rowScalar<uint8_t>, nullptr, nullptr});
+    return pick(TierKernels<RowFn<uint8_t>>{rowScalar<uint8_t>, TPX_X86(row8uAvx2), TPX_X86(row8uAvx512)});
 }
 template <>
 RowFn<uint16_t> chooseRow<uint16_t>() {
@@ -62,8 +62,15 @@ void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, c
             if (x >= 2 && x + n + 2 <= r.imageWidth) {
                 for (int k = 0; k < 5; ++k) rows[k] = srcRows[k] + (x - 2);
             } else {
+                // Samples inside the image are copied as they are, the few
+                // beyond the edge through the mirror.
+                const int64_t lo = x - 2 < 0 ? 0 : x - 2;
+                const int64_t hi = x + n + 2 > r.imageWidth ? r.imageWidth : x + n + 2;
                 for (int k = 0; k < 5; ++k) {
-                    for (int i = 0; i < n + 4; ++i) pad[k][i] = srcRows[k][cfa::mirror(x - 2 + i, r.imageWidth)];
+                    std::memcpy(pad[k] + (lo - (x - 2)), srcRows[k] + lo, size_t(hi - lo) * sizeof(T));
+                    for (int64_t i = x - 2; i < lo; ++i) pad[k][i - (x - 2)] = srcRows[k][cfa::mirror(i, r.imageWidth)];
+                    for (int64_t i = hi; i < x + n + 2; ++i)
+                        pad[k][i - (x - 2)] = srcRows[k][cfa::mirror(i, r.imageWidth)];
                     rows[k] = pad[k];
                 }
             }
