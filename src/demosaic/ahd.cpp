@@ -19,56 +19,127 @@
 //    (a + b + 1) >> 1.
 // Every plane is mirrored about the image edge like the source, which is the
 // same as computing on the source mirrored as far as needed.
+#include "demosaic/ahd.hpp"
 #include "demosaic/ahd_lab.hpp"
 #include "demosaic/cfa_common.hpp"
+#include "frame/cpu.hpp"
 #include "frame/image.hpp"
-
-#include <cstring>
 
 namespace tpx::ahd {
 namespace {
-
-constexpr int kTile = 32;
-constexpr int kS = kTile + 10;  // source tile side (margin 5)
-constexpr int kG = kTile + 6;   // green candidates (margin 3)
-constexpr int kC = kTile + 4;   // colour candidates and Lab (margin 2)
-constexpr int kH = kTile + 2;   // homogeneity counts (margin 1)
-
-struct Tile {
-    uint16_t src[kS][kS];
-    uint16_t green[2][kG][kG];
-    uint16_t rgb[2][3][kC][kC];
-    int16_t lab[2][3][kC][kC];
-    uint8_t count[2][kH][kH];
-};
-static_assert(sizeof(Tile) <= 64 * 1024, "AHD tile must stay within 64 KiB of stack");
 
 inline int clampTo(int v, int lo, int hi) { return v < lo ? lo : v > hi ? hi : v; }
 inline int absd(int a, int b) { return a > b ? a - b : b - a; }
 inline int maxOf(int a, int b) { return a > b ? a : b; }
 inline int minOf(int a, int b) { return a < b ? a : b; }
+inline bool isGreen(int i, bool firstGreen) { return ((i & 1) == 0) == firstGreen; }
+
+int greensRow(Tile& t, int j, int i0, int n, bool firstGreen, bool) {
+    for (int i = i0; i < n; ++i) {
+        const uint16_t* s = &t.src[j + 2][i + 2];
+        if (isGreen(i, firstGreen)) {
+            t.green[0][j][i] = t.green[1][j][i] = s[0];
+            continue;
+        }
+        const int l = s[-1], r = s[1], u = s[-kStride], d = s[kStride];
+        const int gh = (2 * (l + r) + 2 * s[0] - s[-2] - s[2] + 2) >> 2;
+        const int gv = (2 * (u + d) + 2 * s[0] - s[-2 * kStride] - s[2 * kStride] + 2) >> 2;
+        t.green[0][j][i] = uint16_t(clampTo(gh, minOf(l, r), maxOf(l, r)));
+        t.green[1][j][i] = uint16_t(clampTo(gv, minOf(u, d), maxOf(u, d)));
+    }
+    return n;
+}
+
+int coloursRow(Tile& t, int j, int i0, int n, bool firstGreen, bool rowRed) {
+    for (int i = i0; i < n; ++i) {
+        const uint16_t* s = &t.src[j + 3][i + 3];
+        for (int d = 0; d < 2; ++d) {
+            const uint16_t* g = &t.green[d][j + 1][i + 1];
+            auto diff = [&](int dx, int dy) { return int(s[dy * kStride + dx]) - int(g[dy * kStride + dx]); };
+            // x: the row's red or blue, y: the other one.
+            int x, green, y;
+            if (isGreen(i, firstGreen)) {
+                green = s[0];
+                x = clampTo(s[0] + ((diff(-1, 0) + diff(1, 0) + 1) >> 1), 0, 65535);
+                y = clampTo(s[0] + ((diff(0, -1) + diff(0, 1) + 1) >> 1), 0, 65535);
+            } else {
+                green = g[0];
+                x = s[0];
+                y = clampTo(g[0] + ((diff(-1, -1) + diff(1, -1) + diff(-1, 1) + diff(1, 1) + 2) >> 2), 0, 65535);
+            }
+            const int red = rowRed ? x : y, blue = rowRed ? y : x;
+            t.rgb[d][0][j][i] = uint16_t(red);
+            t.rgb[d][1][j][i] = uint16_t(green);
+            t.rgb[d][2][j][i] = uint16_t(blue);
+            const int fx = labF(red, green, blue, kLabMatrix.k[0]);
+            const int fy = labF(red, green, blue, kLabMatrix.k[1]);
+            const int fz = labF(red, green, blue, kLabMatrix.k[2]);
+            t.lab[d][0][j][i] = int16_t(fy);
+            t.lab[d][1][j][i] = int16_t(fx - fy);
+            t.lab[d][2][j][i] = int16_t(fy - fz);
+        }
+    }
+    return n;
+}
+
+int homogeneityRow(Tile& t, int j, int i0, int n, bool, bool) {
+    const int offs[4] = {-1, 1, -kStride, kStride};  // left, right, up, down
+    for (int i = i0; i < n; ++i) {
+        int dl[2][4], dc[2][4];
+        for (int d = 0; d < 2; ++d) {
+            const int16_t* L = &t.lab[d][0][j + 1][i + 1];
+            const int16_t* A = &t.lab[d][1][j + 1][i + 1];
+            const int16_t* B = &t.lab[d][2][j + 1][i + 1];
+            for (int k = 0; k < 4; ++k) {
+                const int da = A[0] - A[offs[k]], db = B[0] - B[offs[k]];
+                dl[d][k] = absd(L[0], L[offs[k]]);
+                dc[d][k] = 25 * da * da + 4 * db * db;
+            }
+        }
+        const int epsL = minOf(maxOf(dl[0][0], dl[0][1]), maxOf(dl[1][2], dl[1][3]));
+        const int epsC = minOf(maxOf(dc[0][0], dc[0][1]), maxOf(dc[1][2], dc[1][3]));
+        for (int d = 0; d < 2; ++d) {
+            int c = 0;
+            for (int k = 0; k < 4; ++k) c += dl[d][k] <= epsL && dc[d][k] <= epsC;
+            t.count[d][j][i] = uint16_t(c);
+        }
+    }
+    return n;
+}
+
+int chooseRow(Tile& t, int j, int i0, int n, bool eightBit) {
+    for (int i = i0; i < n; ++i) {
+        int sum[2];
+        for (int d = 0; d < 2; ++d) {
+            sum[d] = 0;
+            for (int dy = 0; dy < 3; ++dy)
+                for (int dx = 0; dx < 3; ++dx) sum[d] += t.count[d][j + dy][i + dx];
+        }
+        for (int ch = 0; ch < 3; ++ch) {
+            const int h = t.rgb[0][ch][j + 2][i + 2], v = t.rgb[1][ch][j + 2][i + 2];
+            const int val = sum[0] > sum[1] ? h : sum[1] > sum[0] ? v : (h + v + 1) >> 1;
+            t.out[ch][i] = uint16_t(eightBit ? (val + 128) / 257 : val);
+        }
+    }
+    return n;
+}
 
 // Tile whose pixel (0,0) is image pixel (tx, ty), tw x th pixels.
 struct Place {
     int64_t tx, ty;
     int tw, th;
-    int grid;
 };
-
-inline cfa::Colour colourOf(const Place& p, int i, int j, int margin) {
-    return cfa::colourAt(p.grid, p.tx - margin + i, p.ty - margin + j);
-}
 
 template <class T>
 void gather(Tile& t, const T* src, std::ptrdiff_t step, const cfa::Region& r, const Place& p) {
     const int w = p.tw + 10, h = p.th + 10;
-    int64_t cols[kS];
+    int64_t cols[kTileW + 10];
     for (int i = 0; i < w; ++i) cols[i] = cfa::mirror(p.tx - 5 + i, r.imageWidth);
     const bool inside = p.tx >= 5 && p.tx + p.tw + 5 <= r.imageWidth;
+    const int mul = sizeof(T) == 1 ? 257 : 1;
     for (int j = 0; j < h; ++j) {
         const T* row = rowAt(src, step, cfa::mirror(p.ty - 5 + j, r.imageHeight));
         uint16_t* out = t.src[j];
-        const int mul = sizeof(T) == 1 ? 257 : 1;
         if (inside) {
             const T* s = row + (p.tx - 5);
             for (int i = 0; i < w; ++i) out[i] = uint16_t(s[i] * mul);
@@ -78,115 +149,46 @@ void gather(Tile& t, const T* src, std::ptrdiff_t step, const cfa::Region& r, co
     }
 }
 
-void greens(Tile& t, const Place& p) {
-    for (int j = 0; j < p.th + 6; ++j)
-        for (int i = 0; i < p.tw + 6; ++i) {
-            const uint16_t* s = &t.src[j + 2][i + 2];
-            if (colourOf(p, i, j, 3) == cfa::Green) {
-                t.green[0][j][i] = t.green[1][j][i] = s[0];
-                continue;
-            }
-            const int l = s[-1], rr = s[1], u = s[-kS], d = s[kS];
-            const int gh = (2 * (l + rr) + 2 * s[0] - s[-2] - s[2] + 2) >> 2;
-            const int gv = (2 * (u + d) + 2 * s[0] - s[-2 * kS] - s[2 * kS] + 2) >> 2;
-            t.green[0][j][i] = uint16_t(clampTo(gh, minOf(l, rr), maxOf(l, rr)));
-            t.green[1][j][i] = uint16_t(clampTo(gv, minOf(u, d), maxOf(u, d)));
-        }
-}
+const Stages kScalar{greensRow, coloursRow, homogeneityRow, chooseRow};
 
-void colours(Tile& t, const Place& p) {
-    for (int j = 0; j < p.th + 4; ++j)
-        for (int i = 0; i < p.tw + 4; ++i) {
-            const uint16_t* s = &t.src[j + 3][i + 3];
-            const cfa::Colour c = colourOf(p, i, j, 2);
-            // Colour of the row neighbours (the row's red or blue).
-            const cfa::Colour rowColour = colourOf(p, i + 1, j, 2) == cfa::Green ? c : colourOf(p, i + 1, j, 2);
-            for (int d = 0; d < 2; ++d) {
-                const uint16_t* g = &t.green[d][j + 1][i + 1];
-                auto diff = [&](int dx, int dy) { return int(s[dy * kS + dx]) - int(g[dy * kG + dx]); };
-                int red, green, blue;
-                if (c == cfa::Green) {
-                    const int x = clampTo(s[0] + ((diff(-1, 0) + diff(1, 0) + 1) >> 1), 0, 65535);
-                    const int y = clampTo(s[0] + ((diff(0, -1) + diff(0, 1) + 1) >> 1), 0, 65535);
-                    green = s[0];
-                    red = rowColour == cfa::Red ? x : y;
-                    blue = rowColour == cfa::Red ? y : x;
-                } else {
-                    green = g[0];
-                    const int other = clampTo(
-                        g[0] + ((diff(-1, -1) + diff(1, -1) + diff(-1, 1) + diff(1, 1) + 2) >> 2), 0, 65535);
-                    red = c == cfa::Red ? s[0] : other;
-                    blue = c == cfa::Red ? other : s[0];
-                }
-                t.rgb[d][0][j][i] = uint16_t(red);
-                t.rgb[d][1][j][i] = uint16_t(green);
-                t.rgb[d][2][j][i] = uint16_t(blue);
-                const int fx = labF(red, green, blue, kLabMatrix.k[0]);
-                const int fy = labF(red, green, blue, kLabMatrix.k[1]);
-                const int fz = labF(red, green, blue, kLabMatrix.k[2]);
-                t.lab[d][0][j][i] = int16_t(fy);
-                t.lab[d][1][j][i] = int16_t(fx - fy);
-                t.lab[d][2][j][i] = int16_t(fy - fz);
-            }
-        }
-}
-
-void homogeneity(Tile& t, const Place& p) {
-    for (int j = 0; j < p.th + 2; ++j)
-        for (int i = 0; i < p.tw + 2; ++i) {
-            const int offs[4] = {-1, 1, -kC, kC};  // left, right, up, down
-            int dl[2][4], dc[2][4];
-            for (int d = 0; d < 2; ++d) {
-                const int16_t* L = &t.lab[d][0][j + 1][i + 1];
-                const int16_t* A = &t.lab[d][1][j + 1][i + 1];
-                const int16_t* B = &t.lab[d][2][j + 1][i + 1];
-                for (int k = 0; k < 4; ++k) {
-                    const int da = A[0] - A[offs[k]], db = B[0] - B[offs[k]];
-                    dl[d][k] = absd(L[0], L[offs[k]]);
-                    dc[d][k] = 25 * da * da + 4 * db * db;
-                }
-            }
-            const int epsL = minOf(maxOf(dl[0][0], dl[0][1]), maxOf(dl[1][2], dl[1][3]));
-            const int epsC = minOf(maxOf(dc[0][0], dc[0][1]), maxOf(dc[1][2], dc[1][3]));
-            for (int d = 0; d < 2; ++d) {
-                int n = 0;
-                for (int k = 0; k < 4; ++k) n += dl[d][k] <= epsL && dc[d][k] <= epsC;
-                t.count[d][j][i] = uint8_t(n);
-            }
-        }
-}
-
-template <class T>
-void output(const Tile& t, const Place& p, T* dst, std::ptrdiff_t dstStep) {
-    for (int j = 0; j < p.th; ++j) {
-        T* out = rowAt(dst, dstStep, j);
-        for (int i = 0; i < p.tw; ++i) {
-            int sum[2];
-            for (int d = 0; d < 2; ++d) {
-                const uint8_t* c = &t.count[d][j + 1][i + 1];
-                sum[d] = c[-kH - 1] + c[-kH] + c[-kH + 1] + c[-1] + c[0] + c[1] + c[kH - 1] + c[kH] + c[kH + 1];
-            }
-            for (int ch = 0; ch < 3; ++ch) {
-                const int h = t.rgb[0][ch][j + 2][i + 2], v = t.rgb[1][ch][j + 2][i + 2];
-                const int val = sum[0] > sum[1] ? h : sum[1] > sum[0] ? v : (h + v + 1) >> 1;
-                out[3 * i + ch] = T(sizeof(T) == 1 ? (val + 128) / 257 : val);
-            }
-        }
-    }
+Stages chooseStages() {
+#if TPX_HAVE_X86
+    const Tier tier = activeTier();
+    if (tier >= Tier::Avx512) return stagesAvx512();
+    if (tier >= Tier::Avx2) return stagesAvx2();
+#endif
+    return kScalar;
 }
 
 template <class T>
 void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, const cfa::Region& r, int grid) {
-    Tile t;
-    for (int64_t oy = 0; oy < r.height; oy += kTile)
-        for (int64_t ox = 0; ox < r.width; ox += kTile) {
-            const Place p{r.x + ox, r.y + oy, int(r.width - ox < kTile ? r.width - ox : kTile),
-                          int(r.height - oy < kTile ? r.height - oy : kTile), grid};
+    const Stages vec = chooseStages();
+    Tile t{};  // columns past a row's width are computed from defined values
+    // Runs a stage over `rows` rows of `n` columns whose (0,0) is image pixel (x0, y0).
+    auto stage = [&](StageFn fast, StageFn scalar, int rows, int n, int64_t x0, int64_t y0) {
+        for (int j = 0; j < rows; ++j) {
+            const bool firstGreen = cfa::colourAt(grid, x0, y0 + j) == cfa::Green;
+            const bool rowRed = cfa::colourAt(grid, x0, y0 + j) == cfa::Red ||
+                                cfa::colourAt(grid, x0 + 1, y0 + j) == cfa::Red;
+            const int done = fast(t, j, 0, n, firstGreen, rowRed);
+            if (done < n) scalar(t, j, done, n, firstGreen, rowRed);
+        }
+    };
+    for (int64_t oy = 0; oy < r.height; oy += kTileH)
+        for (int64_t ox = 0; ox < r.width; ox += kTileW) {
+            const Place p{r.x + ox, r.y + oy, int(r.width - ox < kTileW ? r.width - ox : kTileW),
+                          int(r.height - oy < kTileH ? r.height - oy : kTileH)};
             gather(t, src, srcStep, r, p);
-            greens(t, p);
-            colours(t, p);
-            homogeneity(t, p);
-            output(t, p, rowAt(dst, dstStep, oy) + 3 * ox, dstStep);
+            stage(vec.greens, greensRow, p.th + 6, p.tw + 6, p.tx - 3, p.ty - 3);
+            stage(vec.colours, coloursRow, p.th + 4, p.tw + 4, p.tx - 2, p.ty - 2);
+            stage(vec.homogeneity, homogeneityRow, p.th + 2, p.tw + 2, p.tx - 1, p.ty - 1);
+            for (int j = 0; j < p.th; ++j) {
+                const int done = vec.choose(t, j, 0, p.tw, sizeof(T) == 1);
+                if (done < p.tw) chooseRow(t, j, done, p.tw, sizeof(T) == 1);
+                T* out = rowAt(dst, dstStep, oy + j) + 3 * ox;
+                for (int i = 0; i < p.tw; ++i)
+                    for (int ch = 0; ch < 3; ++ch) out[3 * i + ch] = T(t.out[ch][i]);
+            }
         }
 }
 

@@ -18,7 +18,8 @@
 namespace tpx::ahd {
 
 constexpr int kMatrixBits = 14;
-constexpr int kCbrtEntries = 16384;
+constexpr int kCbrtShift = 4;  // T >> kCbrtShift indexes the table
+constexpr int kCbrtEntries = 65536 >> kCbrtShift;
 constexpr int kFScale = 4096;
 
 constexpr int roundPositive(double v) { return int(v + 0.5); }
@@ -44,8 +45,9 @@ constexpr double cubeRoot(double t) {
     return x;
 }
 
+// One entry past the end (0) lets vector code fetch 32 bits at any index.
 struct CbrtTable {
-    uint16_t f[kCbrtEntries];
+    uint16_t f[kCbrtEntries + 1];
 };
 
 constexpr CbrtTable makeCbrt() {
@@ -65,7 +67,7 @@ inline constexpr CbrtTable kCbrt = makeCbrt();
 inline int labF(int r, int g, int b, const int* k) {
     int t = (k[0] * r + k[1] * g + k[2] * b + (1 << (kMatrixBits - 1))) >> kMatrixBits;
     t = t > 65535 ? 65535 : t;
-    return kCbrt.f[t >> 2];
+    return kCbrt.f[t >> kCbrtShift];
 }
 
 }  // namespace tpx::ahd

@@ -26,21 +26,21 @@ struct Plane {
 // Lab in units of f (times 4096): L' = F(Y), A' = F(X) - F(Y), B' = F(Y) - F(Z).
 struct LabModel {
     long k[3][3];
-    int f[16384];
+    int f[4096];
     LabModel() {
         const double m[3][3] = {{0.412453, 0.357580, 0.180423}, {0.212671, 0.715160, 0.072169},
                                 {0.019334, 0.119193, 0.950227}};
         const double white[3] = {1.0521265, 1.0, 0.9184812};
         for (int i = 0; i < 3; ++i)
             for (int j = 0; j < 3; ++j) k[i][j] = std::lround(m[i][j] * white[i] * 16384);
-        for (int i = 0; i < 16384; ++i) {
-            const double t = (i + 0.5) / 16384;
+        for (int i = 0; i < 4096; ++i) {
+            const double t = (i + 0.5) / 4096;
             f[i] = int(std::lround(4096 * (t > 0.008856 ? std::cbrt(t) : 7.787 * t + 16.0 / 116.0)));
         }
     }
     int F(int row, int r, int g, int b) const {
         const long t = std::min(65535L, (k[row][0] * r + k[row][1] * g + k[row][2] * b + 8192) >> 14);
-        return f[t >> 2];
+        return f[t >> 4];
     }
 };
 const LabModel kLab;

@@ -1,0 +1,47 @@
+// AHD demosaicing: the tile held on the stack and the row functions of its
+// stages (scalar in ahd.cpp, AVX2 and AVX-512 in ahd_avx2.cpp and
+// ahd_avx512.cpp from one body in ahd_simd.hpp).
+//
+// A tile produces up to kTileW x kTileH pixels. Its planes carry the margins
+// the stages need (source 5, green candidates 3, colour candidates and Lab 2,
+// homogeneity counts 1) and share one row stride, wide enough that the vector
+// row functions may compute whole blocks up to column kCompute; the columns
+// past a row's width hold values nobody reads.
+#pragma once
+
+#include <cstdint>
+
+namespace tpx::ahd {
+
+constexpr int kTileW = 56;
+constexpr int kTileH = 20;
+constexpr int kCompute = 64;  // columns a vector row function may compute
+constexpr int kStride = 72;   // row stride of every plane
+
+struct Tile {
+    uint16_t src[kTileH + 10][kStride];       // (tx - 5, ty - 5) at [0][0], 16-bit scale
+    uint16_t green[2][kTileH + 6][kStride];   // horizontal, vertical; (tx - 3, ty - 3) at [0][0]
+    uint16_t rgb[2][3][kTileH + 4][kStride];  // (tx - 2, ty - 2) at [0][0]
+    int16_t lab[2][3][kTileH + 4][kStride];   // L', A', B'
+    uint16_t count[2][kTileH + 2][kStride];   // (tx - 1, ty - 1) at [0][0]
+    uint16_t out[3][kStride];                 // R, G, B of one output row, in the destination's scale
+};
+static_assert(sizeof(Tile) <= 64 * 1024, "the AHD tile must stay within 64 KiB of stack");
+
+// Row j of a stage from column i0 to n; `firstGreen` tells whether column 0
+// of the row is a green site, `rowRed` whether the row's other sites are red.
+// Returns the columns done (the vector forms do whole blocks from column 0).
+using StageFn = int (*)(Tile& t, int j, int i0, int n, bool firstGreen, bool rowRed);
+// The choice of candidate for output row j into t.out; 8-bit output when
+// `eightBit`.
+using ChooseFn = int (*)(Tile& t, int j, int i0, int n, bool eightBit);
+
+struct Stages {
+    StageFn greens, colours, homogeneity;
+    ChooseFn choose;
+};
+
+Stages stagesAvx2();
+Stages stagesAvx512();
+
+}  // namespace tpx::ahd

@@ -1,0 +1,201 @@
+// AHD stage row functions on whole blocks of N pixels in 32-bit lanes,
+// written with the compiler's vector types so that one body serves AVX2
+// (N = 8) and AVX-512 (N = 16); the table lookup of f is a hardware gather.
+// They compute every block from column 0 up to n rounded up to whole blocks
+// (at most kCompute), the same arithmetic as the scalar row functions.
+#pragma once
+
+#include "demosaic/ahd.hpp"
+#include "demosaic/ahd_lab.hpp"
+
+#include <immintrin.h>
+
+#include <cstring>
+#include <type_traits>
+
+namespace tpx::ahd::simd {
+
+template <int N>
+struct V {
+    typedef int32_t i32 __attribute__((vector_size(4 * N)));
+    typedef uint32_t u32 __attribute__((vector_size(4 * N)));
+    typedef uint16_t u16 __attribute__((vector_size(2 * N)));
+    typedef int16_t i16 __attribute__((vector_size(2 * N)));
+    typedef uint8_t u8 __attribute__((vector_size(N)));
+};
+
+// Loads and stores of 16-bit planes widened to 32-bit lanes (one instruction
+// each way where the instruction set has it).
+template <int N, class E>
+inline typename V<N>::i32 load(const E* p) {
+    static_assert(sizeof(E) == 2, "16-bit planes only");
+    using i32 = typename V<N>::i32;
+    if constexpr (N == 8) {
+        const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+        return (i32)(std::is_signed_v<E> ? _mm256_cvtepi16_epi32(v) : _mm256_cvtepu16_epi32(v));
+    } else {
+        const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
+        return (i32)(std::is_signed_v<E> ? _mm512_maskz_cvtepi16_epi32(0xffff, v) : _mm512_maskz_cvtepu16_epi32(0xffff, v));
+    }
+}
+
+// Values are within the range of E.
+template <int N, class E>
+inline void store(E* p, typename V<N>::i32 v) {
+    static_assert(sizeof(E) == 2, "16-bit planes only");
+    if constexpr (N == 8) {
+        const __m256i w = std::is_signed_v<E> ? _mm256_packs_epi32((__m256i)v, (__m256i)v)
+                                              : _mm256_packus_epi32((__m256i)v, (__m256i)v);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm256_castsi256_si128(_mm256_permute4x64_epi64(w, 0x08)));
+    } else {
+        _mm512_mask_cvtepi32_storeu_epi16(p, __mmask16(0xffff), (__m512i)v);
+    }
+}
+
+template <int N>
+inline typename V<N>::i32 vmin(typename V<N>::i32 a, typename V<N>::i32 b) { return a < b ? a : b; }
+template <int N>
+inline typename V<N>::i32 vmax(typename V<N>::i32 a, typename V<N>::i32 b) { return a > b ? a : b; }
+template <int N>
+inline typename V<N>::i32 vclamp(typename V<N>::i32 v, typename V<N>::i32 lo, typename V<N>::i32 hi) {
+    return vmin<N>(vmax<N>(v, lo), hi);
+}
+template <int N>
+inline typename V<N>::i32 vabs(typename V<N>::i32 v) { return v < 0 ? -v : v; }
+
+// Lanes of the green sites of a row.
+template <int N>
+inline typename V<N>::i32 greenLanes(bool firstGreen) {
+    typename V<N>::i32 m;
+    for (int k = 0; k < N; ++k) m[k] = ((k & 1) == 0) == firstGreen ? -1 : 0;
+    return m;
+}
+
+// f of the normalised XYZ component of row k of the matrix.
+template <int N>
+inline typename V<N>::i32 labF(typename V<N>::i32 r, typename V<N>::i32 g, typename V<N>::i32 b, const int* k) {
+    using i32 = typename V<N>::i32;
+    i32 t = (k[0] * r + k[1] * g + k[2] * b + (1 << (kMatrixBits - 1))) >> kMatrixBits;
+    const i32 idx = vmin<N>(t, i32{} + 65535) >> kCbrtShift;
+    i32 f;
+    if constexpr (N == 8)
+        f = (i32)_mm256_mask_i32gather_epi32(_mm256_setzero_si256(), reinterpret_cast<const int*>(kCbrt.f), (__m256i)idx,
+                                             _mm256_set1_epi32(-1), 2);
+    else
+        f = (i32)_mm512_mask_i32gather_epi32(_mm512_setzero_si512(), __mmask16(0xffff), (__m512i)idx, kCbrt.f, 2);
+    return f & 0xffff;
+}
+
+template <int N>
+int greensRow(Tile& t, int j, int, int n, bool firstGreen, bool) {
+    using i32 = typename V<N>::i32;
+    const i32 green = greenLanes<N>(firstGreen);
+    int i = 0;
+    for (; i < n && i + N <= kCompute; i += N) {
+        const uint16_t* s = &t.src[j + 2][i + 2];
+        const i32 c = load<N>(s), l = load<N>(s - 1), r = load<N>(s + 1), u = load<N>(s - kStride),
+                  d = load<N>(s + kStride);
+        const i32 gh = (2 * (l + r) + 2 * c - load<N>(s - 2) - load<N>(s + 2) + 2) >> 2;
+        const i32 gv = (2 * (u + d) + 2 * c - load<N>(s - 2 * kStride) - load<N>(s + 2 * kStride) + 2) >> 2;
+        const i32 h = vclamp<N>(gh, vmin<N>(l, r), vmax<N>(l, r)), v = vclamp<N>(gv, vmin<N>(u, d), vmax<N>(u, d));
+        store<N>(&t.green[0][j][i], (c & green) | (h & ~green));
+        store<N>(&t.green[1][j][i], (c & green) | (v & ~green));
+    }
+    return i;
+}
+
+template <int N>
+int coloursRow(Tile& t, int j, int, int n, bool firstGreen, bool rowRed) {
+    using i32 = typename V<N>::i32;
+    const i32 green = greenLanes<N>(firstGreen), zero{}, top = zero + 65535;
+    int i = 0;
+    for (; i < n && i + N <= kCompute; i += N) {
+        const uint16_t* s = &t.src[j + 3][i + 3];
+        i32 sn[3][3];  // the 3 x 3 source neighbourhood, shared by both candidates
+        for (int dy = -1; dy <= 1; ++dy)
+            for (int dx = -1; dx <= 1; ++dx) sn[dy + 1][dx + 1] = load<N>(s + dy * kStride + dx);
+        const i32 c = sn[1][1];
+        for (int d = 0; d < 2; ++d) {
+            const uint16_t* g = &t.green[d][j + 1][i + 1];
+            auto diff = [&](int dx, int dy) { return sn[dy + 1][dx + 1] - load<N>(g + dy * kStride + dx); };
+            const i32 g0 = load<N>(g);
+            const i32 gx = vclamp<N>(c + ((diff(-1, 0) + diff(1, 0) + 1) >> 1), zero, top);
+            const i32 gy = vclamp<N>(c + ((diff(0, -1) + diff(0, 1) + 1) >> 1), zero, top);
+            const i32 oy = vclamp<N>(g0 + ((diff(-1, -1) + diff(1, -1) + diff(-1, 1) + diff(1, 1) + 2) >> 2), zero, top);
+            const i32 x = (gx & green) | (c & ~green);
+            const i32 y = (gy & green) | (oy & ~green);
+            const i32 gr = (c & green) | (g0 & ~green);
+            const i32 red = rowRed ? x : y, blue = rowRed ? y : x;
+            store<N>(&t.rgb[d][0][j][i], red);
+            store<N>(&t.rgb[d][1][j][i], gr);
+            store<N>(&t.rgb[d][2][j][i], blue);
+            const i32 fx = labF<N>(red, gr, blue, kLabMatrix.k[0]);
+            const i32 fy = labF<N>(red, gr, blue, kLabMatrix.k[1]);
+            const i32 fz = labF<N>(red, gr, blue, kLabMatrix.k[2]);
+            store<N>(&t.lab[d][0][j][i], fy);
+            store<N>(&t.lab[d][1][j][i], fx - fy);
+            store<N>(&t.lab[d][2][j][i], fy - fz);
+        }
+    }
+    return i;
+}
+
+template <int N>
+int homogeneityRow(Tile& t, int j, int, int n, bool, bool) {
+    using i32 = typename V<N>::i32;
+    const int offs[4] = {-1, 1, -kStride, kStride};  // left, right, up, down
+    int i = 0;
+    for (; i < n && i + N <= kCompute; i += N) {
+        i32 dl[2][4], dc[2][4];
+        for (int d = 0; d < 2; ++d) {
+            const int16_t* L = &t.lab[d][0][j + 1][i + 1];
+            const int16_t* A = &t.lab[d][1][j + 1][i + 1];
+            const int16_t* B = &t.lab[d][2][j + 1][i + 1];
+            const i32 l0 = load<N>(L), a0 = load<N>(A), b0 = load<N>(B);
+            for (int k = 0; k < 4; ++k) {
+                const i32 da = a0 - load<N>(A + offs[k]), db = b0 - load<N>(B + offs[k]);
+                dl[d][k] = vabs<N>(l0 - load<N>(L + offs[k]));
+                dc[d][k] = 25 * da * da + 4 * db * db;
+            }
+        }
+        const i32 epsL = vmin<N>(vmax<N>(dl[0][0], dl[0][1]), vmax<N>(dl[1][2], dl[1][3]));
+        const i32 epsC = vmin<N>(vmax<N>(dc[0][0], dc[0][1]), vmax<N>(dc[1][2], dc[1][3]));
+        for (int d = 0; d < 2; ++d) {
+            i32 cnt{};
+            for (int k = 0; k < 4; ++k) cnt -= (dl[d][k] <= epsL) & (dc[d][k] <= epsC);
+            store<N>(&t.count[d][j][i], cnt);
+        }
+    }
+    return i;
+}
+
+template <int N>
+int chooseRow(Tile& t, int j, int, int n, bool eightBit) {
+    using i32 = typename V<N>::i32;
+    using u32 = typename V<N>::u32;
+    int i = 0;
+    for (; i < n && i + N <= kCompute; i += N) {
+        i32 sum[2];
+        for (int d = 0; d < 2; ++d) {
+            sum[d] = i32{};
+            for (int dy = 0; dy < 3; ++dy)
+                for (int dx = 0; dx < 3; ++dx) sum[d] += load<N>(&t.count[d][j + dy][i + dx]);
+        }
+        const i32 takeH = sum[0] > sum[1], takeV = sum[1] > sum[0];
+        for (int ch = 0; ch < 3; ++ch) {
+            const i32 h = load<N>(&t.rgb[0][ch][j + 2][i + 2]), v = load<N>(&t.rgb[1][ch][j + 2][i + 2]);
+            i32 val = (h & takeH) | (v & takeV) | (((h + v + 1) >> 1) & ~(takeH | takeV));
+            // (val + 128) / 257 for val <= 65535.
+            if (eightBit) val = (i32)(((u32)(val + 128) * 65281u) >> 24);
+            store<N>(&t.out[ch][i], val);
+        }
+    }
+    return i;
+}
+
+template <int N>
+Stages stages() {
+    return {greensRow<N>, coloursRow<N>, homogeneityRow<N>, chooseRow<N>};
+}
+
+}  // namespace tpx::ahd::simd
