@@ -15,7 +15,8 @@
 //    epsC in chroma distance, eps being the smaller of the horizontal
 //    candidate's larger left/right distance and the vertical candidate's larger
 //    up/down distance;
-// 5. the candidate with the larger 3 x 3 sum of counts, on a tie the mean
+// 5. the candidate with the larger 3 x 3 sum of counts (the sign of the sum
+//    of the per-pixel differences), on a tie the mean
 //    (a + b + 1) >> 1.
 // Every plane is mirrored about the image edge like the source, which is the
 // same as computing on the source mirrored as far as needed.
@@ -93,31 +94,27 @@ int homogeneityRow(Tile& t, int j, int i0, int n, bool, bool) {
             for (int k = 0; k < 4; ++k) {
                 const int da = A[0] - A[offs[k]], db = B[0] - B[offs[k]];
                 dl[d][k] = absd(L[0], L[offs[k]]);
-                dc[d][k] = 25 * da * da + 4 * db * db;
+                dc[d][k] = (5 * da) * (5 * da) + (2 * db) * (2 * db);
             }
         }
         const int epsL = minOf(maxOf(dl[0][0], dl[0][1]), maxOf(dl[1][2], dl[1][3]));
         const int epsC = minOf(maxOf(dc[0][0], dc[0][1]), maxOf(dc[1][2], dc[1][3]));
-        for (int d = 0; d < 2; ++d) {
-            int c = 0;
-            for (int k = 0; k < 4; ++k) c += dl[d][k] <= epsL && dc[d][k] <= epsC;
-            t.count[d][j][i] = uint16_t(c);
-        }
+        int balance = 0;  // homogeneous neighbours of the horizontal candidate minus the vertical's
+        for (int k = 0; k < 4; ++k)
+            balance += int(dl[0][k] <= epsL && dc[0][k] <= epsC) - int(dl[1][k] <= epsL && dc[1][k] <= epsC);
+        t.balance[j][i] = int16_t(balance);
     }
     return n;
 }
 
 int chooseRow(Tile& t, int j, int i0, int n, bool eightBit) {
     for (int i = i0; i < n; ++i) {
-        int sum[2];
-        for (int d = 0; d < 2; ++d) {
-            sum[d] = 0;
-            for (int dy = 0; dy < 3; ++dy)
-                for (int dx = 0; dx < 3; ++dx) sum[d] += t.count[d][j + dy][i + dx];
-        }
+        int sum = 0;
+        for (int dy = 0; dy < 3; ++dy)
+            for (int dx = 0; dx < 3; ++dx) sum += t.balance[j + dy][i + dx];
         for (int ch = 0; ch < 3; ++ch) {
             const int h = t.rgb[0][ch][j + 2][i + 2], v = t.rgb[1][ch][j + 2][i + 2];
-            const int val = sum[0] > sum[1] ? h : sum[1] > sum[0] ? v : (h + v + 1) >> 1;
+            const int val = sum > 0 ? h : sum < 0 ? v : (h + v + 1) >> 1;
             t.out[ch][i] = uint16_t(eightBit ? (val + 128) / 257 : val);
         }
     }

@@ -4,7 +4,7 @@
 //
 // A tile produces up to kTileW x kTileH pixels. Its planes carry the margins
 // the stages need (source 5, green candidates 3, colour candidates and Lab 2,
-// homogeneity counts 1) and share one row stride, wide enough that the vector
+// homogeneity balance 1) and share one row stride, wide enough that the vector
 // row functions may compute whole blocks up to column kCompute; the columns
 // past a row's width hold values nobody reads.
 #pragma once
@@ -23,7 +23,7 @@ struct Tile {
     uint16_t green[2][kTileH + 6][kStride];   // horizontal, vertical; (tx - 3, ty - 3) at [0][0]
     uint16_t rgb[2][3][kTileH + 4][kStride];  // (tx - 2, ty - 2) at [0][0]
     int16_t lab[2][3][kTileH + 4][kStride];   // L', A', B'
-    uint16_t count[2][kTileH + 2][kStride];   // (tx - 1, ty - 1) at [0][0]
+    int16_t balance[kTileH + 2][kStride];     // horizontal minus vertical count; (tx - 1, ty - 1) at [0][0]
     uint16_t out[3][kStride];                 // R, G, B of one output row, in the destination's scale
 };
 static_assert(sizeof(Tile) <= 64 * 1024, "the AHD tile must stay within 64 KiB of stack");

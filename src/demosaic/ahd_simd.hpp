@@ -155,16 +155,16 @@ int homogeneityRow(Tile& t, int j, int, int n, bool, bool) {
             for (int k = 0; k < 4; ++k) {
                 const i32 da = a0 - load<N>(A + offs[k]), db = b0 - load<N>(B + offs[k]);
                 dl[d][k] = vabs<N>(l0 - load<N>(L + offs[k]));
-                dc[d][k] = 25 * da * da + 4 * db * db;
+                const i32 da5 = (da << 2) + da, db2 = db << 1;
+                dc[d][k] = da5 * da5 + db2 * db2;
             }
         }
         const i32 epsL = vmin<N>(vmax<N>(dl[0][0], dl[0][1]), vmax<N>(dl[1][2], dl[1][3]));
         const i32 epsC = vmin<N>(vmax<N>(dc[0][0], dc[0][1]), vmax<N>(dc[1][2], dc[1][3]));
-        for (int d = 0; d < 2; ++d) {
-            i32 cnt{};
-            for (int k = 0; k < 4; ++k) cnt -= (dl[d][k] <= epsL) & (dc[d][k] <= epsC);
-            store<N>(&t.count[d][j][i], cnt);
-        }
+        i32 balance{};
+        for (int k = 0; k < 4; ++k)
+            balance += ((dl[1][k] <= epsL) & (dc[1][k] <= epsC)) - ((dl[0][k] <= epsL) & (dc[0][k] <= epsC));
+        store<N>(&t.balance[j][i], balance);
     }
     return i;
 }
@@ -175,13 +175,10 @@ int chooseRow(Tile& t, int j, int, int n, bool eightBit) {
     using u32 = typename V<N>::u32;
     int i = 0;
     for (; i < n && i + N <= kCompute; i += N) {
-        i32 sum[2];
-        for (int d = 0; d < 2; ++d) {
-            sum[d] = i32{};
-            for (int dy = 0; dy < 3; ++dy)
-                for (int dx = 0; dx < 3; ++dx) sum[d] += load<N>(&t.count[d][j + dy][i + dx]);
-        }
-        const i32 takeH = sum[0] > sum[1], takeV = sum[1] > sum[0];
+        i32 sum{};
+        for (int dy = 0; dy < 3; ++dy)
+            for (int dx = 0; dx < 3; ++dx) sum += load<N>(&t.balance[j + dy][i + dx]);
+        const i32 takeH = sum > 0, takeV = sum < 0;
         for (int ch = 0; ch < 3; ++ch) {
             const i32 h = load<N>(&t.rgb[0][ch][j + 2][i + 2]), v = load<N>(&t.rgb[1][ch][j + 2][i + 2]);
             i32 val = (h & takeH) | (v & takeV) | (((h + v + 1) >> 1) & ~(takeH | takeV));
