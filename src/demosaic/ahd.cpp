@@ -121,6 +121,12 @@ int chooseRow(Tile& t, int j, int i0, int n, bool eightBit) {
     return n;
 }
 
+int emit8Row(const Tile& t, int i0, int n, uint8_t* dst) {
+    for (int i = i0; i < n; ++i)
+        for (int ch = 0; ch < 3; ++ch) dst[3 * i + ch] = uint8_t(t.out[ch][i]);
+    return n;
+}
+
 // Tile whose pixel (0,0) is image pixel (tx, ty), tw x th pixels.
 struct Place {
     int64_t tx, ty;
@@ -146,7 +152,7 @@ void gather(Tile& t, const T* src, std::ptrdiff_t step, const cfa::Region& r, co
     }
 }
 
-const Stages kScalar{greensRow, coloursRow, homogeneityRow, chooseRow};
+const Stages kScalar{greensRow, coloursRow, homogeneityRow, chooseRow, emit8Row};
 
 Stages chooseStages() {
 #if TPX_HAVE_X86
@@ -183,8 +189,13 @@ void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, c
                 const int done = vec.choose(t, j, 0, p.tw, sizeof(T) == 1);
                 if (done < p.tw) chooseRow(t, j, done, p.tw, sizeof(T) == 1);
                 T* out = rowAt(dst, dstStep, oy + j) + 3 * ox;
-                for (int i = 0; i < p.tw; ++i)
-                    for (int ch = 0; ch < 3; ++ch) out[3 * i + ch] = T(t.out[ch][i]);
+                if constexpr (sizeof(T) == 1) {
+                    const int written = vec.emit8(t, 0, p.tw, out);
+                    if (written < p.tw) emit8Row(t, written, p.tw, out);
+                } else {
+                    for (int i = 0; i < p.tw; ++i)
+                        for (int ch = 0; ch < 3; ++ch) out[3 * i + ch] = t.out[ch][i];
+                }
             }
         }
 }

@@ -36,9 +36,14 @@ using StageFn = int (*)(Tile& t, int j, int i0, int n, bool firstGreen, bool row
 // `eightBit`.
 using ChooseFn = int (*)(Tile& t, int j, int i0, int n, bool eightBit);
 
+// Writes pixels i0..n of t.out (8-bit values) as R, G, B bytes; returns the
+// pixels written (the vector forms write whole blocks only, never past n).
+using EmitFn = int (*)(const Tile& t, int i0, int n, uint8_t* dst);
+
 struct Stages {
     StageFn greens, colours, homogeneity;
     ChooseFn choose;
+    EmitFn emit8;
 };
 
 Stages stagesAvx2();

@@ -190,9 +190,37 @@ int chooseRow(Tile& t, int j, int, int n, bool eightBit) {
     return i;
 }
 
+// Whole blocks of N pixels: R | G << 8 | B << 16 per 32-bit lane, the three
+// low bytes of each lane packed together within 128-bit lanes, then the
+// 12-byte groups moved next to each other.
+template <int N>
+int emit8Row(const Tile& t, int, int n, uint8_t* dst) {
+    using i32 = typename V<N>::i32;
+    int i = 0;
+    for (; i + N <= n; i += N) {
+        const i32 px = load<N>(&t.out[0][i]) | (load<N>(&t.out[1][i]) << 8) | (load<N>(&t.out[2][i]) << 16);
+        if constexpr (N == 8) {
+            const __m256i packMask = _mm256_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1, 0, 1, 2,
+                                                      4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1);
+            const __m256i packed = _mm256_permutevar8x32_epi32(_mm256_shuffle_epi8((__m256i)px, packMask),
+                                                               _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 3, 7));
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + 3 * i), _mm256_castsi256_si128(packed));
+            _mm_storel_epi64(reinterpret_cast<__m128i*>(dst + 3 * i + 16), _mm256_extracti128_si256(packed, 1));
+        } else {
+            const __m512i packMask = _mm512_maskz_broadcast_i32x4(
+                __mmask16(0xffff), _mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1));
+            const __m512i packed = _mm512_maskz_permutexvar_epi32(
+                __mmask16(0xffff), _mm512_setr_epi32(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 3, 7, 11, 15),
+                _mm512_shuffle_epi8((__m512i)px, packMask));
+            _mm512_mask_storeu_epi8(dst + 3 * i, __mmask64((1ull << 48) - 1), packed);
+        }
+    }
+    return i;
+}
+
 template <int N>
 Stages stages() {
-    return {greensRow<N>, coloursRow<N>, homogeneityRow<N>, chooseRow<N>};
+    return {greensRow<N>, coloursRow<N>, homogeneityRow<N>, chooseRow<N>, emit8Row<N>};
 }
 
 }  // namespace tpx::ahd::simd
