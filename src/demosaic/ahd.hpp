@@ -14,9 +14,9 @@
 namespace tpx::ahd {
 
 constexpr int kTileW = 56;
-constexpr int kTileH = 20;
+constexpr int kTileH = 24;
 constexpr int kCompute = 64;  // columns a vector row function may compute
-constexpr int kStride = 72;   // row stride of every plane
+constexpr int kStride = 68;   // row stride of every plane (vector reads reach column kCompute + 3)
 
 struct Tile {
     uint16_t src[kTileH + 10][kStride];       // (tx - 5, ty - 5) at [0][0], 16-bit scale
