@@ -87,13 +87,19 @@ void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, c
     }
 }
 
-template <class T>
-TpxStatus entry(const T* pSrc, int64_t x, int64_t y, int64_t w, int64_t h, int64_t imageW, int64_t imageH,
-                std::ptrdiff_t srcStep, const Tpx32f scale[4], T* pDst, std::ptrdiff_t dstStep, int grid) {
+// The checks of every member in order, then the work. The 64-bit members add
+// the range check of their sizes after the null pointers.
+template <class T, class Rect, class Size, class Step>
+TpxStatus entry(const T* pSrc, Rect roi, Size size, Step srcStep, const Tpx32f scale[4], T* pDst, Step dstStep,
+                TpxBayerGrid grid) {
+    TPX_CHECK(check::notNull(pSrc, pDst, scale));
+    if constexpr (sizeof(Step) == 8)
+        TPX_CHECK(check::fits32(size.width, size.height, roi.x, roi.y, roi.width, roi.height));
     cfa::Region r;
-    TPX_CHECK(cfa::checkRegion(x, y, w, h, imageW, imageH, grid, cfa::kMinSide, r));
+    TPX_CHECK(cfa::checkRegion(roi.x, roi.y, roi.width, roi.height, size.width, size.height, int(grid),
+                               cfa::kMinSide, r));
     if (r.empty()) return tpxStatusOk;
-    run(pSrc, srcStep, pDst, dstStep, r, grid, scale);
+    run(pSrc, srcStep, pDst, dstStep, r, int(grid), scale);
     return tpxStatusOk;
 }
 
@@ -101,39 +107,28 @@ TpxStatus entry(const T* pSrc, int64_t x, int64_t y, int64_t w, int64_t h, int64
 }  // namespace tpx::vng
 
 using tpx::vng::entry;
-namespace check = tpx::check;
 
 extern "C" TPXCC_API TpxStatus tpxiCFAToBGRA_VNG_8u_C1C4R(const uint8_t* pSrc, TpxRect srcRoi, TpxSize srcSize,
                                                            int srcStep, const Tpx32f scale[4], uint8_t* pDst,
                                                            int dstStep, TpxBayerGrid grid) {
-    TPX_CHECK(check::notNull(pSrc, pDst, scale));
-    return entry(pSrc, srcRoi.x, srcRoi.y, srcRoi.width, srcRoi.height, srcSize.width, srcSize.height, srcStep,
-                 scale, pDst, dstStep, int(grid));
+    return entry(pSrc, srcRoi, srcSize, srcStep, scale, pDst, dstStep, grid);
 }
 
 extern "C" TPXCC_API TpxStatus tpxiCFAToBGRA_VNG_16u_C1C4R(const uint16_t* pSrc, TpxRect srcRoi, TpxSize srcSize,
                                                             int srcStep, const Tpx32f scale[4], uint16_t* pDst,
                                                             int dstStep, TpxBayerGrid grid) {
-    TPX_CHECK(check::notNull(pSrc, pDst, scale));
-    return entry(pSrc, srcRoi.x, srcRoi.y, srcRoi.width, srcRoi.height, srcSize.width, srcSize.height, srcStep,
-                 scale, pDst, dstStep, int(grid));
+    return entry(pSrc, srcRoi, srcSize, srcStep, scale, pDst, dstStep, grid);
 }
 
 extern "C" TPXCC_API TpxStatus tpxiCFAToBGRA_VNG_8u_C1C4R_L(const uint8_t* pSrc, TpxRectL srcRoi, TpxSizeL srcSize,
                                                              int64_t srcStep, const Tpx32f scale[4], uint8_t* pDst,
                                                              int64_t dstStep, TpxBayerGrid grid) {
-    TPX_CHECK(check::notNull(pSrc, pDst, scale));
-    TPX_CHECK(check::fits32(srcSize.width, srcSize.height, srcRoi.x, srcRoi.y, srcRoi.width, srcRoi.height));
-    return entry(pSrc, srcRoi.x, srcRoi.y, srcRoi.width, srcRoi.height, srcSize.width, srcSize.height, srcStep,
-                 scale, pDst, dstStep, int(grid));
+    return entry(pSrc, srcRoi, srcSize, srcStep, scale, pDst, dstStep, grid);
 }
 
 extern "C" TPXCC_API TpxStatus tpxiCFAToBGRA_VNG_16u_C1C4R_L(const uint16_t* pSrc, TpxRectL srcRoi,
                                                               TpxSizeL srcSize, int64_t srcStep,
                                                               const Tpx32f scale[4], uint16_t* pDst,
                                                               int64_t dstStep, TpxBayerGrid grid) {
-    TPX_CHECK(check::notNull(pSrc, pDst, scale));
-    TPX_CHECK(check::fits32(srcSize.width, srcSize.height, srcRoi.x, srcRoi.y, srcRoi.width, srcRoi.height));
-    return entry(pSrc, srcRoi.x, srcRoi.y, srcRoi.width, srcRoi.height, srcSize.width, srcSize.height, srcStep,
-                 scale, pDst, dstStep, int(grid));
+    return entry(pSrc, srcRoi, srcSize, srcStep, scale, pDst, dstStep, grid);
 }

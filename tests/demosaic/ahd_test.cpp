@@ -225,40 +225,18 @@ TEST(Ahd, FlatMosaicAndGreyRampsStayGrey) {
 }
 
 TEST(Ahd, GridsAgreeUnderTheMatchingShift) {
-    const int w = 44, h = 36;
-    std::mt19937 rng(3);
-    std::vector<int> a(size_t(w * h));
-    for (int& v : a) v = int(rng() % 256);
-    for (int grid = 0; grid < 4; ++grid) {
-        const Image base = demosaic<uint8_t>(w, h, grid, [&](int x, int y) { return a[size_t(y * w + x)]; });
-        for (int sx = 0; sx < 2; ++sx)
-            for (int sy = 0; sy < 2; ++sy) {
-                int moved = 0;
-                for (int g = 0; g < 4; ++g)
-                    if (colour(g, 0, 0) == colour(grid, sx, sy) && colour(g, 1, 0) == colour(grid, sx + 1, sy) &&
-                        colour(g, 0, 1) == colour(grid, sx, sy + 1))
-                        moved = g;
-                const Image out = demosaic<uint8_t>(w - sx, h - sy, moved,
-                                                    [&](int x, int y) { return a[size_t((y + sy) * w + x + sx)]; });
-                // Five pixels of margin: the reach of the method.
-                for (int y = 5; y < h - sy - 5; ++y)
-                    for (int e = 15; e < 3 * (w - sx - 5); ++e)
-                        ASSERT_EQ(out.get<uint8_t>(e, y), base.get<uint8_t>(e + 3 * sx, y + sy))
-                            << "grid " << grid << " shift " << sx << "," << sy;
-            }
-    }
+    // Five pixels of margin: the reach of the method.
+    expectShiftAgreement(44, 36, 3, 5, [](int w, int h, int grid, auto&& f) { return demosaic<uint8_t>(w, h, grid, f); });
 }
 
 // 8-bit mosaics run as their 16-bit form (times 257), so the two members agree
 // exactly up to the final rounding to 8 bits.
 TEST(Ahd, EightAndSixteenBitsAgreeOnScaledInputs) {
     const int w = 40, h = 33;
-    std::mt19937 rng(8);
-    std::vector<int> a(size_t(w * h));
-    for (int& v : a) v = int(rng() % 256);
+    const Field a(w, h, 8);
     for (int grid = 0; grid < 4; ++grid) {
-        const Image o8 = demosaic<uint8_t>(w, h, grid, [&](int x, int y) { return a[size_t(y * w + x)]; });
-        const Image o16 = demosaic<uint16_t>(w, h, grid, [&](int x, int y) { return 257 * a[size_t(y * w + x)]; });
+        const Image o8 = demosaic<uint8_t>(w, h, grid, a);
+        const Image o16 = demosaic<uint16_t>(w, h, grid, [&](int x, int y) { return 257 * a(x, y); });
         EXPECT_TRUE(tpxtest::matches<uint8_t>(o8, 3 * w, h, [&](int e, int y) { return (o16.get<uint16_t>(e, y) + 128) / 257; }));
     }
 }

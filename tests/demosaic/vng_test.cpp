@@ -194,43 +194,18 @@ TEST(Vng, FlatMosaicAndGreyRampsStayGrey) {
     }
 }
 
-// Image A with grid g, and A moved by (sx, sy) with the grid found at (sx, sy):
-// away from the edges both give the same pixels.
 TEST(Vng, GridsAgreeUnderTheMatchingShift) {
-    const int w = 30, h = 22;
-    std::mt19937 rng(3);
-    std::vector<int> a(size_t(w * h));
-    for (int& v : a) v = int(rng() % 256);
-    for (int grid = 0; grid < 4; ++grid) {
-        const Image base = demosaic<uint8_t>(w, h, grid, [&](int x, int y) { return a[size_t(y * w + x)]; });
-        for (int sx = 0; sx < 2; ++sx)
-            for (int sy = 0; sy < 2; ++sy) {
-                int moved = 0;  // the grid whose (0,0) colour and row are those of (sx, sy)
-                for (int g = 0; g < 4; ++g)
-                    if (colour(g, 0, 0) == colour(grid, sx, sy) && colour(g, 1, 0) == colour(grid, sx + 1, sy) &&
-                        colour(g, 0, 1) == colour(grid, sx, sy + 1))
-                        moved = g;
-                const Image out = demosaic<uint8_t>(w - sx, h - sy, moved,
-                                                    [&](int x, int y) { return a[size_t((y + sy) * w + x + sx)]; });
-                for (int y = 2; y < h - sy - 2; ++y)
-                    for (int x = 2; x < w - sx - 2; ++x)
-                        for (int c = 0; c < 4; ++c)
-                            ASSERT_EQ(out.get<uint8_t>(4 * x + c, y), base.get<uint8_t>(4 * (x + sx) + c, y + sy))
-                                << "grid " << grid << " shift " << sx << "," << sy;
-            }
-    }
+    expectShiftAgreement(30, 22, 4, 2, [](int w, int h, int grid, auto&& f) { return demosaic<uint8_t>(w, h, grid, f); });
 }
 
 // The same mosaic in 8 and 16 bits (times 257) chooses the same directions, so
 // the outputs differ only by the rounding of each: at most 129 on 16 bits.
 TEST(Vng, EightAndSixteenBitsAgreeOnScaledInputs) {
     const int w = 33, h = 21;
-    std::mt19937 rng(8);
-    std::vector<int> a(size_t(w * h));
-    for (int& v : a) v = int(rng() % 256);
+    const Field a(w, h, 8);
     for (int grid = 0; grid < 4; ++grid) {
-        const Image o8 = demosaic<uint8_t>(w, h, grid, [&](int x, int y) { return a[size_t(y * w + x)]; });
-        const Image o16 = demosaic<uint16_t>(w, h, grid, [&](int x, int y) { return 257 * a[size_t(y * w + x)]; });
+        const Image o8 = demosaic<uint8_t>(w, h, grid, a);
+        const Image o16 = demosaic<uint16_t>(w, h, grid, [&](int x, int y) { return 257 * a(x, y); });
         for (int y = 0; y < h; ++y)
             for (int e = 0; e < 4 * w; ++e)
                 ASSERT_LE(std::abs(o16.get<uint16_t>(e, y) - 257 * o8.get<uint8_t>(e, y)), 129) << e << "," << y;
