@@ -72,18 +72,35 @@ inline typename V<N>::i32 greenLanes(bool firstGreen) {
 }
 
 // f of the normalised XYZ component of row k of the matrix.
+// Products of 16-bit pairs summed in 32 bits (one instruction).
 template <int N>
-inline typename V<N>::i32 labF(typename V<N>::i32 r, typename V<N>::i32 g, typename V<N>::i32 b, const int* k) {
-    using i32 = typename V<N>::i32;
-    i32 t = (k[0] * r + k[1] * g + k[2] * b + (1 << (kMatrixBits - 1))) >> kMatrixBits;
-    const i32 idx = vmin<N>(t, i32{} + 65535) >> kCbrtShift;
-    i32 f;
+inline typename V<N>::i32 madd(typename V<N>::i32 a, typename V<N>::i32 b) {
     if constexpr (N == 8)
-        f = (i32)_mm256_mask_i32gather_epi32(_mm256_setzero_si256(), reinterpret_cast<const int*>(kCbrt.f), (__m256i)idx,
-                                             _mm256_set1_epi32(-1), 2);
+        return (typename V<N>::i32)_mm256_madd_epi16((__m256i)a, (__m256i)b);
     else
-        f = (i32)_mm512_mask_i32gather_epi32(_mm512_setzero_si512(), __mmask16(0xffff), (__m512i)idx, kCbrt.f, 2);
-    return f & 0xffff;
+        return (typename V<N>::i32)_mm512_madd_epi16((__m512i)a, (__m512i)b);
+}
+
+// f of the normalised X, Y and Z. The matrix products run on signed 16-bit
+// pairs: k . C = k . (C - 32768) + 32768 (k_r + k_g + k_b), the same integers.
+template <int N>
+inline void labF(typename V<N>::i32 r, typename V<N>::i32 g, typename V<N>::i32 b, typename V<N>::i32 f[3]) {
+    using i32 = typename V<N>::i32;
+    const i32 rg = ((r - 32768) & 0xffff) | ((g - 32768) << 16), b0 = (b - 32768) & 0xffff;
+    for (int row = 0; row < 3; ++row) {
+        const int* k = kLabMatrix.k[row];
+        const i32 krg = i32{} + ((k[0] & 0xffff) | (k[1] << 16)), kb = i32{} + k[2];
+        const int bias = 32768 * (k[0] + k[1] + k[2]) + (1 << (kMatrixBits - 1));
+        const i32 t = (madd<N>(rg, krg) + madd<N>(b0, kb) + bias) >> kMatrixBits;
+        const i32 idx = vmin<N>(t, i32{} + 65535) >> kCbrtShift;
+        i32 v;
+        if constexpr (N == 8)
+            v = (i32)_mm256_mask_i32gather_epi32(_mm256_setzero_si256(), reinterpret_cast<const int*>(kCbrt.f),
+                                                 (__m256i)idx, _mm256_set1_epi32(-1), 2);
+        else
+            v = (i32)_mm512_mask_i32gather_epi32(_mm512_setzero_si512(), __mmask16(0xffff), (__m512i)idx, kCbrt.f, 2);
+        f[row] = v & 0xffff;
+    }
 }
 
 template <int N>
@@ -129,9 +146,9 @@ int coloursRow(Tile& t, int j, int, int n, bool firstGreen, bool rowRed) {
             store<N>(&t.rgb[d][0][j][i], red);
             store<N>(&t.rgb[d][1][j][i], gr);
             store<N>(&t.rgb[d][2][j][i], blue);
-            const i32 fx = labF<N>(red, gr, blue, kLabMatrix.k[0]);
-            const i32 fy = labF<N>(red, gr, blue, kLabMatrix.k[1]);
-            const i32 fz = labF<N>(red, gr, blue, kLabMatrix.k[2]);
+            i32 f[3];
+            labF<N>(red, gr, blue, f);
+            const i32 fx = f[0], fy = f[1], fz = f[2];
             store<N>(&t.lab[d][0][j][i], fy);
             store<N>(&t.lab[d][1][j][i], fx - fy);
             store<N>(&t.lab[d][2][j][i], fy - fz);
