@@ -25,6 +25,7 @@ struct Tile {
     int16_t lab[2][3][kTileH + 4][kStride];   // L', A', B'
     int16_t balance[kTileH + 2][kStride];     // horizontal minus vertical count; (tx - 1, ty - 1) at [0][0]
     uint16_t out[3][kStride];                 // R, G, B of one output row, in the destination's scale
+    int32_t below[2][2][kStride];             // vector homogeneity: lightness and chroma distances to the next row
 };
 static_assert(sizeof(Tile) <= 64 * 1024, "the AHD tile must stay within 64 KiB of stack");
 

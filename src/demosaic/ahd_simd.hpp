@@ -157,24 +157,54 @@ int coloursRow(Tile& t, int j, int, int n, bool firstGreen, bool rowRed) {
     return i;
 }
 
+// [prev[N - 1], cur[0], ..., cur[N - 2]]: the distance to the left neighbour
+// is the previous lane's distance to its right neighbour.
+template <int N>
+inline typename V<N>::i32 shiftIn(typename V<N>::i32 prev, typename V<N>::i32 cur) {
+    typename V<N>::i32 mask;
+    for (int k = 0; k < N; ++k) mask[k] = k == 0 ? N - 1 : N + k - 1;
+    return __builtin_shuffle(prev, cur, mask);
+}
+
+// Each distance is formed once: the left one from the previous block's right
+// one, the upper one from the previous row's lower one (t.below; rows come in
+// order from 0, every block from column 0).
 template <int N>
 int homogeneityRow(Tile& t, int j, int, int n, bool, bool) {
     using i32 = typename V<N>::i32;
-    const int offs[4] = {-1, 1, -kStride, kStride};  // left, right, up, down
+    i32 prevL[2], prevC[2];
     int i = 0;
     for (; i < n && i + N <= kCompute; i += N) {
-        i32 dl[2][4], dc[2][4];
+        i32 dl[2][4], dc[2][4];  // left, right, up, down
         for (int d = 0; d < 2; ++d) {
             const int16_t* L = &t.lab[d][0][j + 1][i + 1];
             const int16_t* A = &t.lab[d][1][j + 1][i + 1];
             const int16_t* B = &t.lab[d][2][j + 1][i + 1];
             const i32 l0 = load<N>(L), a0 = load<N>(A), b0 = load<N>(B);
-            for (int k = 0; k < 4; ++k) {
-                const i32 da = a0 - load<N>(A + offs[k]), db = b0 - load<N>(B + offs[k]);
-                dl[d][k] = vabs<N>(l0 - load<N>(L + offs[k]));
+            auto dist = [&](int off, i32& outL, i32& outC) {
+                const i32 da = a0 - load<N>(A + off), db = b0 - load<N>(B + off);
                 const i32 da5 = (da << 2) + da, db2 = db << 1;
-                dc[d][k] = da5 * da5 + db2 * db2;
+                outL = vabs<N>(l0 - load<N>(L + off));
+                outC = da5 * da5 + db2 * db2;
+            };
+            dist(1, dl[d][1], dc[d][1]);
+            if (i == 0) {
+                dist(-1, dl[d][0], dc[d][0]);
+            } else {
+                dl[d][0] = shiftIn<N>(prevL[d], dl[d][1]);
+                dc[d][0] = shiftIn<N>(prevC[d], dc[d][1]);
             }
+            prevL[d] = dl[d][1];
+            prevC[d] = dc[d][1];
+            if (j == 0) {
+                dist(-kStride, dl[d][2], dc[d][2]);
+            } else {
+                std::memcpy(&dl[d][2], &t.below[d][0][i], sizeof(i32));
+                std::memcpy(&dc[d][2], &t.below[d][1][i], sizeof(i32));
+            }
+            dist(kStride, dl[d][3], dc[d][3]);
+            std::memcpy(&t.below[d][0][i], &dl[d][3], sizeof(i32));
+            std::memcpy(&t.below[d][1][i], &dc[d][3], sizeof(i32));
         }
         const i32 epsL = vmin<N>(vmax<N>(dl[0][0], dl[0][1]), vmax<N>(dl[1][2], dl[1][3]));
         const i32 epsC = vmin<N>(vmax<N>(dc[0][0], dc[0][1]), vmax<N>(dc[1][2], dc[1][3]));
