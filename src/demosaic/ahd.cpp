@@ -136,9 +136,10 @@ struct Place {
 template <class T>
 void gather(Tile& t, const T* src, std::ptrdiff_t step, const cfa::Region& r, const Place& p) {
     const int w = p.tw + 10, h = p.th + 10;
-    int64_t cols[kTileW + 10];
-    for (int i = 0; i < w; ++i) cols[i] = cfa::mirror(p.tx - 5 + i, r.imageWidth);
     const bool inside = p.tx >= 5 && p.tx + p.tw + 5 <= r.imageWidth;
+    int64_t cols[kTileW + 10];
+    if (!inside)
+        for (int i = 0; i < w; ++i) cols[i] = cfa::mirror(p.tx - 5 + i, r.imageWidth);
     const int mul = sizeof(T) == 1 ? 257 : 1;
     for (int j = 0; j < h; ++j) {
         const T* row = rowAt(src, step, cfa::mirror(p.ty - 5 + j, r.imageHeight));

@@ -13,7 +13,7 @@
 
 namespace tpx::ahd {
 
-constexpr int kTileW = 56;
+constexpr int kTileW = 58;  // kTileW + 6 columns of green candidates fit kCompute
 constexpr int kTileH = 24;
 constexpr int kCompute = 64;  // columns a vector row function may compute
 constexpr int kStride = 68;   // row stride of every plane (vector reads reach column kCompute + 3)

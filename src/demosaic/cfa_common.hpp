@@ -27,6 +27,7 @@ inline Colour colourAt(int grid, int64_t x, int64_t y) {
 // as often as needed: -1 -> 1, -2 -> 2, n -> n - 2, n + 1 -> n - 3. Mirroring
 // keeps the parity, so the colour of a mirrored sample is that of its position.
 inline int64_t mirror(int64_t i, int64_t n) {
+    if (i >= 0 && i < n) return i;
     const int64_t period = 2 * (n - 1);
     int64_t m = i % period;
     if (m < 0) m += period;
