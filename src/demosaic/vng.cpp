@@ -12,6 +12,8 @@ namespace tpx::vng {
 // SIMD row functions (vng_avx2.cpp, vng_avx512.cpp).
 int row8uAvx2(const uint8_t* const* rows, int n, bool firstGreen, bool rowRed, uint8_t* dst);
 int row8uAvx512(const uint8_t* const* rows, int n, bool firstGreen, bool rowRed, uint8_t* dst);
+int row16uAvx2(const uint16_t* const* rows, int n, bool firstGreen, bool rowRed, uint16_t* dst);
+int row16uAvx512(const uint16_t* const* rows, int n, bool firstGreen, bool rowRed, uint16_t* dst);
 
 namespace {
 
@@ -23,7 +25,7 @@ RowFn<uint8_t> chooseRow<uint8_t>() {
 }
 template <>
 RowFn<uint16_t> chooseRow<uint16_t>() {
-    return rowScalar<uint16_t>;
+    return pick(TierKernels<RowFn<uint16_t>>{rowScalar<uint16_t>, TPX_X86(row16uAvx2), TPX_X86(row16uAvx512)});
 }
 
 // Channel c = saturate(round-half-even(scale[c] * value)) over n BGRA pixels.
