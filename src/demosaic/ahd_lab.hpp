@@ -45,9 +45,9 @@ constexpr double cubeRoot(double t) {
     return x;
 }
 
-// One entry past the end (0) lets vector code fetch 32 bits at any index.
+// 32-bit entries: vector code fetches them with one gather each.
 struct CbrtTable {
-    uint16_t f[kCbrtEntries + 1];
+    int32_t f[kCbrtEntries];
 };
 
 constexpr CbrtTable makeCbrt() {
@@ -55,7 +55,7 @@ constexpr CbrtTable makeCbrt() {
     for (int i = 0; i < kCbrtEntries; ++i) {
         const double t = (i + 0.5) / kCbrtEntries;
         const double f = t > 0.008856 ? cubeRoot(t) : 7.787 * t + 16.0 / 116.0;
-        r.f[i] = uint16_t(roundPositive(f * kFScale));
+        r.f[i] = roundPositive(f * kFScale);
     }
     return r;
 }

@@ -95,11 +95,11 @@ inline void labF(typename V<N>::i32 r, typename V<N>::i32 g, typename V<N>::i32 
         const i32 idx = vmin<N>(t, i32{} + 65535) >> kCbrtShift;
         i32 v;
         if constexpr (N == 8)
-            v = (i32)_mm256_mask_i32gather_epi32(_mm256_setzero_si256(), reinterpret_cast<const int*>(kCbrt.f),
-                                                 (__m256i)idx, _mm256_set1_epi32(-1), 2);
+            v = (i32)_mm256_mask_i32gather_epi32(_mm256_setzero_si256(), kCbrt.f, (__m256i)idx,
+                                                 _mm256_set1_epi32(-1), 4);
         else
-            v = (i32)_mm512_mask_i32gather_epi32(_mm512_setzero_si512(), __mmask16(0xffff), (__m512i)idx, kCbrt.f, 2);
-        f[row] = v & 0xffff;
+            v = (i32)_mm512_mask_i32gather_epi32(_mm512_setzero_si512(), __mmask16(0xffff), (__m512i)idx, kCbrt.f, 4);
+        f[row] = v;
     }
 }
 
