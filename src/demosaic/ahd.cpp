@@ -26,6 +26,8 @@
 #include "frame/cpu.hpp"
 #include "frame/image.hpp"
 
+#include <cstring>
+
 namespace tpx::ahd {
 namespace {
 
@@ -134,14 +136,14 @@ struct Place {
 };
 
 template <class T>
-void gather(Tile& t, const T* src, std::ptrdiff_t step, const cfa::Region& r, const Place& p) {
+void gather(Tile& t, const T* src, std::ptrdiff_t step, const cfa::Region& r, const Place& p, int j0) {
     const int w = p.tw + 10, h = p.th + 10;
     const bool inside = p.tx >= 5 && p.tx + p.tw + 5 <= r.imageWidth;
     int64_t cols[kTileW + 10];
     if (!inside)
         for (int i = 0; i < w; ++i) cols[i] = cfa::mirror(p.tx - 5 + i, r.imageWidth);
     const int mul = sizeof(T) == 1 ? 257 : 1;
-    for (int j = 0; j < h; ++j) {
+    for (int j = j0; j < h; ++j) {
         const T* row = rowAt(src, step, cfa::mirror(p.ty - 5 + j, r.imageHeight));
         uint16_t* out = t.src[j];
         if (inside) {
@@ -164,13 +166,34 @@ Stages chooseStages() {
     return kScalar;
 }
 
+// Rows of each plane shared by a tile and the one below it in the same strip:
+// the margins above and below.
+constexpr int kSrcOverlap = 10, kGreenOverlap = 6, kColourOverlap = 4, kBalanceOverlap = 2;
+static_assert(kTileH >= kSrcOverlap, "the overlapping rows must not overlap their copies");
+
+// Moves the rows a full tile shares with the next one down to the top.
+void slide(Tile& t) {
+    auto move = [](auto& plane, int rows) { std::memcpy(plane[0], plane[kTileH], sizeof(plane[0]) * size_t(rows)); };
+    move(t.src, kSrcOverlap);
+    for (auto& g : t.green) move(g, kGreenOverlap);
+    for (int d = 0; d < 2; ++d)
+        for (int c = 0; c < 3; ++c) {
+            move(t.rgb[d][c], kColourOverlap);
+            move(t.lab[d][c], kColourOverlap);
+        }
+    move(t.balance, kBalanceOverlap);
+}
+
+// Strips of kTileW columns from top to bottom; every tile after the first of
+// a strip takes its upper margins from the tile above and computes only new
+// rows (the vector homogeneity carries its row distances across, t.below).
 template <class T>
 void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, const cfa::Region& r, int grid) {
     const Stages vec = chooseStages();
     Tile t{};  // columns past a row's width are computed from defined values
-    // Runs a stage over `rows` rows of `n` columns whose (0,0) is image pixel (x0, y0).
-    auto stage = [&](StageFn fast, StageFn scalar, int rows, int n, int64_t x0, int64_t y0) {
-        for (int j = 0; j < rows; ++j) {
+    // Runs a stage over rows j0..rows of `n` columns whose (0,0) is image pixel (x0, y0).
+    auto stage = [&](StageFn fast, StageFn scalar, int j0, int rows, int n, int64_t x0, int64_t y0) {
+        for (int j = j0; j < rows; ++j) {
             const bool firstGreen = cfa::colourAt(grid, x0, y0 + j) == cfa::Green;
             const bool rowRed = cfa::colourAt(grid, x0, y0 + j) == cfa::Red ||
                                 cfa::colourAt(grid, x0 + 1, y0 + j) == cfa::Red;
@@ -178,14 +201,17 @@ void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, c
             if (done < n) scalar(t, j, done, n, firstGreen, rowRed);
         }
     };
-    for (int64_t oy = 0; oy < r.height; oy += kTileH)
-        for (int64_t ox = 0; ox < r.width; ox += kTileW) {
+    for (int64_t ox = 0; ox < r.width; ox += kTileW)
+        for (int64_t oy = 0; oy < r.height; oy += kTileH) {
             const Place p{r.x + ox, r.y + oy, int(r.width - ox < kTileW ? r.width - ox : kTileW),
                           int(r.height - oy < kTileH ? r.height - oy : kTileH)};
-            gather(t, src, srcStep, r, p);
-            stage(vec.greens, greensRow, p.th + 6, p.tw + 6, p.tx - 3, p.ty - 3);
-            stage(vec.colours, coloursRow, p.th + 4, p.tw + 4, p.tx - 2, p.ty - 2);
-            stage(vec.homogeneity, homogeneityRow, p.th + 2, p.tw + 2, p.tx - 1, p.ty - 1);
+            const bool first = oy == 0;
+            if (!first) slide(t);
+            gather(t, src, srcStep, r, p, first ? 0 : kSrcOverlap);
+            stage(vec.greens, greensRow, first ? 0 : kGreenOverlap, p.th + 6, p.tw + 6, p.tx - 3, p.ty - 3);
+            stage(vec.colours, coloursRow, first ? 0 : kColourOverlap, p.th + 4, p.tw + 4, p.tx - 2, p.ty - 2);
+            stage(vec.homogeneity, homogeneityRow, first ? 0 : kBalanceOverlap, p.th + 2, p.tw + 2, p.tx - 1,
+                  p.ty - 1);
             for (int j = 0; j < p.th; ++j) {
                 const int done = vec.choose(t, j, 0, p.tw, sizeof(T) == 1);
                 if (done < p.tw) chooseRow(t, j, done, p.tw, sizeof(T) == 1);
