@@ -13,10 +13,10 @@
 
 namespace tpx::ahd {
 
-constexpr int kTileW = 58;  // kTileW + 6 columns of green candidates fit kCompute
-constexpr int kTileH = 24;
-constexpr int kCompute = 64;  // columns a vector row function may compute
-constexpr int kStride = 68;   // row stride of every plane (vector reads reach column kCompute + 3)
+constexpr int kTileW = 122;  // kTileW + 6 columns of green candidates fit kCompute
+constexpr int kTileH = 10;
+constexpr int kCompute = 128;  // columns a vector row function may compute
+constexpr int kStride = 132;  // row stride of every plane (vector reads reach column kCompute + 3)
 
 struct Tile {
     uint16_t src[kTileH + 10][kStride];       // (tx - 5, ty - 5) at [0][0], 16-bit scale

@@ -161,8 +161,9 @@ std::function<int(long, long)> samplesOf(const Image& src) {
 template <class T>
 void shapesAgainstModel() {
     auto shapes = tpxtest::standardShapes(5, 5);
-    shapes.push_back({37, 41, StepKind::Padded, StepKind::Tight, 900});  // more than one tile each way
+    shapes.push_back({37, 41, StepKind::Padded, StepKind::Tight, 900});
     shapes.push_back({70, 9, StepKind::Negative, StepKind::Negative, 901});
+    shapes.push_back({260, 23, StepKind::Tight, StepKind::Padded, 902});  // tiles across and down
     for (const auto& s : shapes) {
         SCOPED_TRACE(::testing::Message() << s);
         Image src(s.width, s.height, sizeof(T), s.src, s.seed);
@@ -182,14 +183,14 @@ TEST(Ahd, MatchesModelOverShapes16u) { shapesAgainstModel<uint16_t>(); }
 // Rectangles at every parity, inside and past the right and bottom edge, on an
 // image of several tiles.
 TEST(Ahd, RectanglesEqualTheWholeImage) {
-    const int w = 75, h = 40;
+    const int w = 140, h = 40;
     Image src(w, h, 2, StepKind::Padded, 5);
     std::mt19937 rng(5);
     tpxtest::fill<uint16_t>(src, [&] { return uint16_t(rng()); });
     for (int grid = 0; grid < 4; ++grid) {
         const auto want = model(samplesOf<uint16_t>(src), w, h, grid);
         for (int k = 0; k < 8; ++k) {
-            const Rect r{int(rng() % w), int(rng() % h), 1 + int(rng() % 80), 1 + int(rng() % 45)};
+            const Rect r{int(rng() % w), int(rng() % h), 1 + int(rng() % 150), 1 + int(rng() % 45)};
             expectModel<uint16_t>(src, r, w, h, StepKind::Negative, grid, 40 + k, want);
         }
     }
