@@ -11,6 +11,10 @@
 //
 // Each method is one function from a mosaic to an RGB image, so that the
 // table of methods can be joined with other demosaic quality tables.
+//
+// Photographs used so far: astronaut.png, chelsea.png, coffee.png,
+// motorcycle_left.png and rocket.jpg from the Debian package python3-skimage
+// (skimage/data), converted to binary PPM; they are not kept in the tree.
 #include "tpxcc.h"
 
 #include <opencv2/core.hpp>
