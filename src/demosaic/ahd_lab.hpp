@@ -3,14 +3,14 @@
 // RGB on 0..65535 (linear, over full scale) gives X/Xn, Y, Z/Zn on 0..65535:
 // T = min(65535, (K_r R + K_g G + K_b B + 8192) >> 14), where K is the
 // RGB-to-XYZ matrix (X row times 1.0521265 = 1/Xn, Z row times 0.9184812 =
-// 1/Zn) times 16384, rounded. f(t) comes from a table of 16384 entries indexed
-// by T >> 2: F[i] = round(4096 f((i + 0.5) / 16384)), f(t) = cube root of t
+// 1/Zn) times 16384, rounded. f(t) comes from a table of 4096 entries indexed
+// by T >> 4: F[i] = round(4096 f((i + 0.5) / 4096)), f(t) = cube root of t
 // above 0.008856, else 7.787 t + 16/116.
 //
 // The homogeneity test only compares distances, so Lab is kept in units of
 // f: L' = F(Y), A' = F(X) - F(Y), B' = F(Y) - F(Z); then L = 116 L'/4096 - 16,
 // a = 500 A'/4096, b = 200 B'/4096, and the squared chroma distance is
-// proportional to 25 dA'^2 + 4 dB'^2.
+// proportional to 25 dA'^2 + 4 dB'^2 = (5 dA')^2 + (2 dB')^2.
 #pragma once
 
 #include <cstdint>
