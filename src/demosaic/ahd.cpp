@@ -123,8 +123,9 @@ int chooseRow(Tile& t, int j, int i0, int n, bool eightBit) {
     return n;
 }
 
-int emit8Row(const Tile& t, int i0, int n, uint8_t* dst) {
-    for (int i = i0; i < n; ++i)
+int choose8Row(Tile& t, int j, int n, uint8_t* dst) {
+    chooseRow(t, j, 0, n, true);
+    for (int i = 0; i < n; ++i)
         for (int ch = 0; ch < 3; ++ch) dst[3 * i + ch] = uint8_t(t.out[ch][i]);
     return n;
 }
@@ -155,7 +156,7 @@ void gather(Tile& t, const T* src, std::ptrdiff_t step, const cfa::Region& r, co
     }
 }
 
-const Stages kScalar{greensRow, coloursRow, homogeneityRow, chooseRow, emit8Row};
+const Stages kScalar{greensRow, coloursRow, homogeneityRow, chooseRow, choose8Row};
 
 Stages chooseStages() {
 #if TPX_HAVE_X86
@@ -213,13 +214,12 @@ void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, c
             stage(vec.homogeneity, homogeneityRow, first ? 0 : kBalanceOverlap, p.th + 2, p.tw + 2, p.tx - 1,
                   p.ty - 1);
             for (int j = 0; j < p.th; ++j) {
-                const int done = vec.choose(t, j, 0, p.tw, sizeof(T) == 1);
-                if (done < p.tw) chooseRow(t, j, done, p.tw, sizeof(T) == 1);
                 T* out = rowAt(dst, dstStep, oy + j) + 3 * ox;
                 if constexpr (sizeof(T) == 1) {
-                    const int written = vec.emit8(t, 0, p.tw, out);
-                    if (written < p.tw) emit8Row(t, written, p.tw, out);
+                    if (vec.choose8(t, j, p.tw, out) < p.tw) choose8Row(t, j, p.tw, out);
                 } else {
+                    const int done = vec.choose(t, j, 0, p.tw, false);
+                    if (done < p.tw) chooseRow(t, j, done, p.tw, false);
                     for (int i = 0; i < p.tw; ++i)
                         for (int ch = 0; ch < 3; ++ch) out[3 * i + ch] = t.out[ch][i];
                 }

@@ -37,14 +37,15 @@ using StageFn = int (*)(Tile& t, int j, int i0, int n, bool firstGreen, bool row
 // `eightBit`.
 using ChooseFn = int (*)(Tile& t, int j, int i0, int n, bool eightBit);
 
-// Writes pixels i0..n of t.out (8-bit values) as R, G, B bytes; returns the
-// pixels written (the vector forms write whole blocks only, never past n).
-using EmitFn = int (*)(const Tile& t, int i0, int n, uint8_t* dst);
+// The choice for output row j written straight to n 8-bit R, G, B pixels;
+// returns n, or 0 when the row is too short for the vector form (the last
+// block of a row may overlap the one before it: same pixels, same values).
+using Choose8Fn = int (*)(Tile& t, int j, int n, uint8_t* dst);
 
 struct Stages {
     StageFn greens, colours, homogeneity;
     ChooseFn choose;
-    EmitFn emit8;
+    Choose8Fn choose8;
 };
 
 Stages stagesAvx2();

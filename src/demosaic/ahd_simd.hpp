@@ -237,37 +237,85 @@ int chooseRow(Tile& t, int j, int, int n, bool eightBit) {
     return i;
 }
 
-// Whole blocks of N pixels: R | G << 8 | B << 16 per 32-bit lane, the three
-// low bytes of each lane packed together within 128-bit lanes, then the
-// 12-byte groups moved next to each other.
+// N pixels R | G << 8 | B << 16 (one per 32-bit lane) stored as 3 N bytes: the
+// three low bytes of each lane packed within 128-bit lanes, then the 12-byte
+// groups moved next to each other.
 template <int N>
-int emit8Row(const Tile& t, int, int n, uint8_t* dst) {
-    using i32 = typename V<N>::i32;
-    int i = 0;
-    for (; i + N <= n; i += N) {
-        const i32 px = load<N>(&t.out[0][i]) | (load<N>(&t.out[1][i]) << 8) | (load<N>(&t.out[2][i]) << 16);
-        if constexpr (N == 8) {
-            const __m256i packMask = _mm256_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1, 0, 1, 2,
-                                                      4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1);
-            const __m256i packed = _mm256_permutevar8x32_epi32(_mm256_shuffle_epi8((__m256i)px, packMask),
-                                                               _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 3, 7));
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + 3 * i), _mm256_castsi256_si128(packed));
-            _mm_storel_epi64(reinterpret_cast<__m128i*>(dst + 3 * i + 16), _mm256_extracti128_si256(packed, 1));
-        } else {
-            const __m512i packMask = _mm512_maskz_broadcast_i32x4(
-                __mmask16(0xffff), _mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1));
-            const __m512i packed = _mm512_maskz_permutexvar_epi32(
-                __mmask16(0xffff), _mm512_setr_epi32(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 3, 7, 11, 15),
-                _mm512_shuffle_epi8((__m512i)px, packMask));
-            _mm512_mask_storeu_epi8(dst + 3 * i, __mmask64((1ull << 48) - 1), packed);
-        }
+inline void storeRgb8(typename V<N>::i32 px, uint8_t* dst) {
+    if constexpr (N == 8) {
+        const __m256i packMask = _mm256_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1, 0, 1, 2, 4,
+                                                  5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1);
+        const __m256i packed = _mm256_permutevar8x32_epi32(_mm256_shuffle_epi8((__m256i)px, packMask),
+                                                           _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 3, 7));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(dst), _mm256_castsi256_si128(packed));
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(dst + 16), _mm256_extracti128_si256(packed, 1));
+    } else {
+        const __m512i packMask = _mm512_maskz_broadcast_i32x4(
+            __mmask16(0xffff), _mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1));
+        const __m512i packed = _mm512_maskz_permutexvar_epi32(
+            __mmask16(0xffff), _mm512_setr_epi32(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 3, 7, 11, 15),
+            _mm512_shuffle_epi8((__m512i)px, packMask));
+        _mm512_mask_storeu_epi8(dst, __mmask64((1ull << 48) - 1), packed);
     }
-    return i;
+}
+
+// The 8-bit choice in 16-bit lanes, 2 N pixels at a time: the balance sums
+// stay within -36..36, the tie mean (h + v + 1) >> 1 is the unsigned rounding
+// average, and (v + 128) / 257 = (mulhi(v, 65281) + 128) >> 8 for every
+// 16-bit v.
+template <int N>
+int choose8Row(Tile& t, int j, int n, uint8_t* dst) {
+    constexpr int M = 2 * N;
+    typedef int16_t s16 __attribute__((vector_size(2 * M)));
+    using i32 = typename V<N>::i32;
+    if (n < M) return 0;
+    auto loadS = [](const void* p) {
+        s16 v;
+        std::memcpy(&v, p, sizeof v);
+        return v;
+    };
+    for (int i = 0;; i += M) {
+        if (i + M > n) i = n - M;  // the last block overlaps the one before
+        s16 sum{};
+        for (int dy = 0; dy < 3; ++dy)
+            for (int dx = 0; dx < 3; ++dx) sum += loadS(&t.balance[j + dy][i + dx]);
+        const s16 takeH = sum > 0, takeV = sum < 0, tie = ~(takeH | takeV);
+        s16 ch[3];
+        for (int c = 0; c < 3; ++c) {
+            const s16 h = loadS(&t.rgb[0][c][j + 2][i + 2]), v = loadS(&t.rgb[1][c][j + 2][i + 2]);
+            s16 mean, q;
+            if constexpr (N == 8) {
+                mean = (s16)_mm256_avg_epu16((__m256i)h, (__m256i)v);
+                const s16 val = (h & takeH) | (v & takeV) | (mean & tie);
+                q = (s16)_mm256_srli_epi16(
+                    _mm256_add_epi16(_mm256_mulhi_epu16((__m256i)val, _mm256_set1_epi16(-255)), _mm256_set1_epi16(128)), 8);
+            } else {
+                mean = (s16)_mm512_avg_epu16((__m512i)h, (__m512i)v);
+                const s16 val = (h & takeH) | (v & takeV) | (mean & tie);
+                q = (s16)_mm512_srli_epi16(
+                    _mm512_add_epi16(_mm512_mulhi_epu16((__m512i)val, _mm512_set1_epi16(-255)), _mm512_set1_epi16(128)), 8);
+            }
+            ch[c] = q;
+        }
+        // Two halves of N pixels as 32-bit words.
+        for (int half = 0; half < 2; ++half) {
+            i32 px{};
+            for (int c = 0; c < 3; ++c) {
+                typedef int16_t h16 __attribute__((vector_size(2 * N)));
+                h16 part;
+                std::memcpy(&part, reinterpret_cast<const char*>(&ch[c]) + half * 2 * N, sizeof part);
+                px |= __builtin_convertvector(part, i32) << (8 * c);
+            }
+            storeRgb8<N>(px, dst + 3 * (i + half * N));
+        }
+        if (i + M >= n) break;
+    }
+    return n;
 }
 
 template <int N>
 Stages stages() {
-    return {greensRow<N>, coloursRow<N>, homogeneityRow<N>, chooseRow<N>, emit8Row<N>};
+    return {greensRow<N>, coloursRow<N>, homogeneityRow<N>, chooseRow<N>, choose8Row<N>};
 }
 
 }  // namespace tpx::ahd::simd
