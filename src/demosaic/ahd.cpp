@@ -167,22 +167,29 @@ Stages chooseStages() {
     return kScalar;
 }
 
-// Rows of each plane shared by a tile and the one below it in the same strip:
-// the margins above and below.
+// Rows a tile computes itself when the tile above in its strip passed on the
+// rows it shares: the new rows of each stage start where the rows passed on
+// end, and the stages below only read rows from there on.
 constexpr int kSrcOverlap = 10, kGreenOverlap = 6, kColourOverlap = 4, kBalanceOverlap = 2;
-static_assert(kTileH >= kSrcOverlap, "the overlapping rows must not overlap their copies");
+static_assert(kTileH >= kSrcOverlap, "the rows passed on must not overlap their copies");
 
-// Moves the rows a full tile shares with the next one down to the top.
+// Passes the rows a full tile shares with the next one down to the top: for
+// each plane only those the next tile reads (source rows 6..9 for the new
+// green rows from 6, green rows 4..5 for the new colour rows from 4, colour
+// and Lab rows 2..3 for the new balance rows from 2 and the output, balance
+// rows 0..1).
 void slide(Tile& t) {
-    auto move = [](auto& plane, int rows) { std::memcpy(plane[0], plane[kTileH], sizeof(plane[0]) * size_t(rows)); };
-    move(t.src, kSrcOverlap);
-    for (auto& g : t.green) move(g, kGreenOverlap);
+    auto move = [](auto& plane, int from, int to) {
+        std::memcpy(plane[from], plane[kTileH + from], sizeof(plane[0]) * size_t(to - from));
+    };
+    move(t.src, kGreenOverlap, kSrcOverlap);
+    for (auto& g : t.green) move(g, kColourOverlap, kGreenOverlap);
     for (int d = 0; d < 2; ++d)
         for (int c = 0; c < 3; ++c) {
-            move(t.rgb[d][c], kColourOverlap);
-            move(t.lab[d][c], kColourOverlap);
+            move(t.rgb[d][c], kBalanceOverlap, kColourOverlap);
+            move(t.lab[d][c], kBalanceOverlap, kColourOverlap);
         }
-    move(t.balance, kBalanceOverlap);
+    move(t.balance, 0, kBalanceOverlap);
 }
 
 // Strips of kTileW columns from top to bottom; every tile after the first of
