@@ -308,6 +308,26 @@ TPXCC_API TpxStatus tpxiCFAToRGB_16u_C1C3R(const Tpx16u* pSrc, TpxRect srcRoi, T
 /* end of Bayer demosaicing */
 
 /* ---- High-quality demosaicing (VNG, AHD) ----------------------------------- */
+/* pSrc points at pixel (0,0) of the whole W x H mosaic; pDst at the pixel that
+   corresponds to (srcRoi.x, srcRoi.y). The rectangle is trimmed at the right and
+   bottom to the image; samples beyond the image edge are mirrored about the
+   edge sample. VNG writes B, G, R, A with channel c = saturate(round-half-even(
+   scale[c] * value)), A's value being the full scale of the type. */
+TPXCC_API TpxStatus tpxiCFAToBGRA_VNG_8u_C1C4R(const uint8_t* pSrc, TpxRect srcRoi, TpxSize srcSize, int srcStep,
+                                                const Tpx32f scale[4], uint8_t* pDst, int dstStep, TpxBayerGrid grid);
+TPXCC_API TpxStatus tpxiCFAToBGRA_VNG_16u_C1C4R(const uint16_t* pSrc, TpxRect srcRoi, TpxSize srcSize, int srcStep,
+                                                 const Tpx32f scale[4], uint16_t* pDst, int dstStep, TpxBayerGrid grid);
+TPXCC_API TpxStatus tpxiCFAToBGRA_VNG_8u_C1C4R_L(const uint8_t* pSrc, TpxRectL srcRoi, TpxSizeL srcSize,
+                                                  int64_t srcStep, const Tpx32f scale[4], uint8_t* pDst,
+                                                  int64_t dstStep, TpxBayerGrid grid);
+TPXCC_API TpxStatus tpxiCFAToBGRA_VNG_16u_C1C4R_L(const uint16_t* pSrc, TpxRectL srcRoi, TpxSizeL srcSize,
+                                                   int64_t srcStep, const Tpx32f scale[4], uint16_t* pDst,
+                                                   int64_t dstStep, TpxBayerGrid grid);
+/* AHD writes R, G, B. */
+TPXCC_API TpxStatus tpxiDemosaicAHD_8u_C1C3R(const uint8_t* pSrc, TpxRect srcRoi, TpxSize srcSize, int srcStep,
+                                              uint8_t* pDst, int dstStep, TpxBayerGrid grid);
+TPXCC_API TpxStatus tpxiDemosaicAHD_16u_C1C3R(const uint16_t* pSrc, TpxRect srcRoi, TpxSize srcSize, int srcStep,
+                                               uint16_t* pDst, int dstStep, TpxBayerGrid grid);
 /* end of high-quality demosaicing */
 
 #ifdef __cplusplus

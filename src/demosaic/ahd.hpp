@@ -1,0 +1,54 @@
+// AHD demosaicing: the tile held on the stack and the row functions of its
+// stages (scalar in ahd.cpp, AVX2 and AVX-512 in ahd_avx2.cpp and
+// ahd_avx512.cpp from one body in ahd_simd.hpp).
+//
+// A tile produces up to kTileW x kTileH pixels. Its planes carry the margins
+// the stages need (source 5, green candidates 3, colour candidates and Lab 2,
+// homogeneity balance 1) and share one row stride, wide enough that the vector
+// row functions may compute whole blocks up to column kCompute; the columns
+// past a row's width hold values nobody reads.
+#pragma once
+
+#include <cstdint>
+
+namespace tpx::ahd {
+
+constexpr int kTileW = 122;  // kTileW + 6 columns of green candidates fit kCompute
+constexpr int kTileH = 10;
+constexpr int kCompute = 128;  // columns a vector row function may compute
+constexpr int kStride = 132;  // row stride of every plane (vector reads reach column kCompute + 3)
+
+struct Tile {
+    uint16_t src[kTileH + 10][kStride];       // (tx - 5, ty - 5) at [0][0], 16-bit scale
+    uint16_t green[2][kTileH + 6][kStride];   // horizontal, vertical; (tx - 3, ty - 3) at [0][0]
+    uint16_t rgb[2][3][kTileH + 4][kStride];  // (tx - 2, ty - 2) at [0][0]
+    int16_t lab[2][3][kTileH + 4][kStride];   // L', A', B'
+    int16_t balance[kTileH + 2][kStride];     // horizontal minus vertical count; (tx - 1, ty - 1) at [0][0]
+    uint16_t out[3][kStride];                 // R, G, B of one output row, in the destination's scale
+    int32_t below[2][2][kStride];             // vector homogeneity: lightness and chroma distances to the next row
+};
+static_assert(sizeof(Tile) <= 64 * 1024, "the AHD tile must stay within 64 KiB of stack");
+
+// Row j of a stage from column i0 to n; `firstGreen` tells whether column 0
+// of the row is a green site, `rowRed` whether the row's other sites are red.
+// Returns the columns done (the vector forms do whole blocks from column 0).
+using StageFn = int (*)(Tile& t, int j, int i0, int n, bool firstGreen, bool rowRed);
+// The choice of candidate for output row j into t.out; 8-bit output when
+// `eightBit`.
+using ChooseFn = int (*)(Tile& t, int j, int i0, int n, bool eightBit);
+
+// The choice for output row j written straight to n 8-bit R, G, B pixels;
+// returns n, or 0 when the row is too short for the vector form (the last
+// block of a row may overlap the one before it: same pixels, same values).
+using Choose8Fn = int (*)(Tile& t, int j, int n, uint8_t* dst);
+
+struct Stages {
+    StageFn greens, colours, homogeneity;
+    ChooseFn choose;
+    Choose8Fn choose8;
+};
+
+Stages stagesAvx2();
+Stages stagesAvx512();
+
+}  // namespace tpx::ahd

@@ -1,0 +1,321 @@
+// AHD stage row functions on whole blocks of N pixels in 32-bit lanes,
+// written with the compiler's vector types so that one body serves AVX2
+// (N = 8) and AVX-512 (N = 16); the table lookup of f is a hardware gather.
+// They compute every block from column 0 up to n rounded up to whole blocks
+// (at most kCompute), the same arithmetic as the scalar row functions.
+#pragma once
+
+#include "demosaic/ahd.hpp"
+#include "demosaic/ahd_lab.hpp"
+
+#include <immintrin.h>
+
+#include <cstring>
+#include <type_traits>
+
+namespace tpx::ahd::simd {
+
+template <int N>
+struct V {
+    typedef int32_t i32 __attribute__((vector_size(4 * N)));
+    typedef uint32_t u32 __attribute__((vector_size(4 * N)));
+    typedef uint16_t u16 __attribute__((vector_size(2 * N)));
+    typedef int16_t i16 __attribute__((vector_size(2 * N)));
+    typedef uint8_t u8 __attribute__((vector_size(N)));
+};
+
+// Loads and stores of 16-bit planes widened to 32-bit lanes (one instruction
+// each way where the instruction set has it).
+template <int N, class E>
+inline typename V<N>::i32 load(const E* p) {
+    static_assert(sizeof(E) == 2, "16-bit planes only");
+    using i32 = typename V<N>::i32;
+    if constexpr (N == 8) {
+        const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+        return (i32)(std::is_signed_v<E> ? _mm256_cvtepi16_epi32(v) : _mm256_cvtepu16_epi32(v));
+    } else {
+        const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
+        return (i32)(std::is_signed_v<E> ? _mm512_maskz_cvtepi16_epi32(0xffff, v) : _mm512_maskz_cvtepu16_epi32(0xffff, v));
+    }
+}
+
+// Values are within the range of E.
+template <int N, class E>
+inline void store(E* p, typename V<N>::i32 v) {
+    static_assert(sizeof(E) == 2, "16-bit planes only");
+    if constexpr (N == 8) {
+        const __m256i w = std::is_signed_v<E> ? _mm256_packs_epi32((__m256i)v, (__m256i)v)
+                                              : _mm256_packus_epi32((__m256i)v, (__m256i)v);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm256_castsi256_si128(_mm256_permute4x64_epi64(w, 0x08)));
+    } else {
+        _mm512_mask_cvtepi32_storeu_epi16(p, __mmask16(0xffff), (__m512i)v);
+    }
+}
+
+template <int N>
+inline typename V<N>::i32 vmin(typename V<N>::i32 a, typename V<N>::i32 b) { return a < b ? a : b; }
+template <int N>
+inline typename V<N>::i32 vmax(typename V<N>::i32 a, typename V<N>::i32 b) { return a > b ? a : b; }
+template <int N>
+inline typename V<N>::i32 vclamp(typename V<N>::i32 v, typename V<N>::i32 lo, typename V<N>::i32 hi) {
+    return vmin<N>(vmax<N>(v, lo), hi);
+}
+template <int N>
+inline typename V<N>::i32 vabs(typename V<N>::i32 v) { return v < 0 ? -v : v; }
+
+// Lanes of the green sites of a row.
+template <int N>
+inline typename V<N>::i32 greenLanes(bool firstGreen) {
+    typename V<N>::i32 m;
+    for (int k = 0; k < N; ++k) m[k] = ((k & 1) == 0) == firstGreen ? -1 : 0;
+    return m;
+}
+
+// f of the normalised XYZ component of row k of the matrix.
+// Products of 16-bit pairs summed in 32 bits (one instruction).
+template <int N>
+inline typename V<N>::i32 madd(typename V<N>::i32 a, typename V<N>::i32 b) {
+    if constexpr (N == 8)
+        return (typename V<N>::i32)_mm256_madd_epi16((__m256i)a, (__m256i)b);
+    else
+        return (typename V<N>::i32)_mm512_madd_epi16((__m512i)a, (__m512i)b);
+}
+
+// f of the normalised X, Y and Z. The matrix products run on signed 16-bit
+// pairs: k . C = k . (C - 32768) + 32768 (k_r + k_g + k_b), the same integers.
+template <int N>
+inline void labF(typename V<N>::i32 r, typename V<N>::i32 g, typename V<N>::i32 b, typename V<N>::i32 f[3]) {
+    using i32 = typename V<N>::i32;
+    const i32 rg = ((r - 32768) & 0xffff) | ((g - 32768) << 16), b0 = (b - 32768) & 0xffff;
+    for (int row = 0; row < 3; ++row) {
+        const int* k = kLabMatrix.k[row];
+        const i32 krg = i32{} + ((k[0] & 0xffff) | (k[1] << 16)), kb = i32{} + k[2];
+        const int bias = 32768 * (k[0] + k[1] + k[2]) + (1 << (kMatrixBits - 1));
+        const i32 t = (madd<N>(rg, krg) + madd<N>(b0, kb) + bias) >> kMatrixBits;
+        const i32 idx = vmin<N>(t, i32{} + 65535) >> kCbrtShift;
+        i32 v;
+        if constexpr (N == 8)
+            v = (i32)_mm256_mask_i32gather_epi32(_mm256_setzero_si256(), kCbrt.f, (__m256i)idx,
+                                                 _mm256_set1_epi32(-1), 4);
+        else
+            v = (i32)_mm512_mask_i32gather_epi32(_mm512_setzero_si512(), __mmask16(0xffff), (__m512i)idx, kCbrt.f, 4);
+        f[row] = v;
+    }
+}
+
+template <int N>
+int greensRow(Tile& t, int j, int, int n, bool firstGreen, bool) {
+    using i32 = typename V<N>::i32;
+    const i32 green = greenLanes<N>(firstGreen);
+    int i = 0;
+    for (; i < n && i + N <= kCompute; i += N) {
+        const uint16_t* s = &t.src[j + 2][i + 2];
+        const i32 c = load<N>(s), l = load<N>(s - 1), r = load<N>(s + 1), u = load<N>(s - kStride),
+                  d = load<N>(s + kStride);
+        const i32 gh = (2 * (l + r) + 2 * c - load<N>(s - 2) - load<N>(s + 2) + 2) >> 2;
+        const i32 gv = (2 * (u + d) + 2 * c - load<N>(s - 2 * kStride) - load<N>(s + 2 * kStride) + 2) >> 2;
+        const i32 h = vclamp<N>(gh, vmin<N>(l, r), vmax<N>(l, r)), v = vclamp<N>(gv, vmin<N>(u, d), vmax<N>(u, d));
+        store<N>(&t.green[0][j][i], (c & green) | (h & ~green));
+        store<N>(&t.green[1][j][i], (c & green) | (v & ~green));
+    }
+    return i;
+}
+
+template <int N>
+int coloursRow(Tile& t, int j, int, int n, bool firstGreen, bool rowRed) {
+    using i32 = typename V<N>::i32;
+    const i32 green = greenLanes<N>(firstGreen), zero{}, top = zero + 65535;
+    int i = 0;
+    for (; i < n && i + N <= kCompute; i += N) {
+        const uint16_t* s = &t.src[j + 3][i + 3];
+        i32 sn[3][3];  // the 3 x 3 source neighbourhood, shared by both candidates
+        for (int dy = -1; dy <= 1; ++dy)
+            for (int dx = -1; dx <= 1; ++dx) sn[dy + 1][dx + 1] = load<N>(s + dy * kStride + dx);
+        const i32 c = sn[1][1];
+        for (int d = 0; d < 2; ++d) {
+            const uint16_t* g = &t.green[d][j + 1][i + 1];
+            auto diff = [&](int dx, int dy) { return sn[dy + 1][dx + 1] - load<N>(g + dy * kStride + dx); };
+            const i32 g0 = load<N>(g);
+            const i32 gx = vclamp<N>(c + ((diff(-1, 0) + diff(1, 0) + 1) >> 1), zero, top);
+            const i32 gy = vclamp<N>(c + ((diff(0, -1) + diff(0, 1) + 1) >> 1), zero, top);
+            const i32 oy = vclamp<N>(g0 + ((diff(-1, -1) + diff(1, -1) + diff(-1, 1) + diff(1, 1) + 2) >> 2), zero, top);
+            const i32 x = (gx & green) | (c & ~green);
+            const i32 y = (gy & green) | (oy & ~green);
+            const i32 gr = (c & green) | (g0 & ~green);
+            const i32 red = rowRed ? x : y, blue = rowRed ? y : x;
+            store<N>(&t.rgb[d][0][j][i], red);
+            store<N>(&t.rgb[d][1][j][i], gr);
+            store<N>(&t.rgb[d][2][j][i], blue);
+            i32 f[3];
+            labF<N>(red, gr, blue, f);
+            const i32 fx = f[0], fy = f[1], fz = f[2];
+            store<N>(&t.lab[d][0][j][i], fy);
+            store<N>(&t.lab[d][1][j][i], fx - fy);
+            store<N>(&t.lab[d][2][j][i], fy - fz);
+        }
+    }
+    return i;
+}
+
+// [prev[N - 1], cur[0], ..., cur[N - 2]]: the distance to the left neighbour
+// is the previous lane's distance to its right neighbour.
+template <int N>
+inline typename V<N>::i32 shiftIn(typename V<N>::i32 prev, typename V<N>::i32 cur) {
+    typename V<N>::i32 mask;
+    for (int k = 0; k < N; ++k) mask[k] = k == 0 ? N - 1 : N + k - 1;
+    return __builtin_shuffle(prev, cur, mask);
+}
+
+// Each distance is formed once: the left one from the previous block's right
+// one, the upper one from the previous row's lower one (t.below; rows come in
+// order from 0, every block from column 0).
+template <int N>
+int homogeneityRow(Tile& t, int j, int, int n, bool, bool) {
+    using i32 = typename V<N>::i32;
+    i32 prevL[2], prevC[2];
+    int i = 0;
+    for (; i < n && i + N <= kCompute; i += N) {
+        i32 dl[2][4], dc[2][4];  // left, right, up, down
+        for (int d = 0; d < 2; ++d) {
+            const int16_t* L = &t.lab[d][0][j + 1][i + 1];
+            const int16_t* A = &t.lab[d][1][j + 1][i + 1];
+            const int16_t* B = &t.lab[d][2][j + 1][i + 1];
+            const i32 l0 = load<N>(L), a0 = load<N>(A), b0 = load<N>(B);
+            auto dist = [&](int off, i32& outL, i32& outC) {
+                const i32 da = a0 - load<N>(A + off), db = b0 - load<N>(B + off);
+                const i32 da5 = (da << 2) + da, db2 = db << 1;
+                outL = vabs<N>(l0 - load<N>(L + off));
+                outC = da5 * da5 + db2 * db2;
+            };
+            dist(1, dl[d][1], dc[d][1]);
+            if (i == 0) {
+                dist(-1, dl[d][0], dc[d][0]);
+            } else {
+                dl[d][0] = shiftIn<N>(prevL[d], dl[d][1]);
+                dc[d][0] = shiftIn<N>(prevC[d], dc[d][1]);
+            }
+            prevL[d] = dl[d][1];
+            prevC[d] = dc[d][1];
+            if (j == 0) {
+                dist(-kStride, dl[d][2], dc[d][2]);
+            } else {
+                std::memcpy(&dl[d][2], &t.below[d][0][i], sizeof(i32));
+                std::memcpy(&dc[d][2], &t.below[d][1][i], sizeof(i32));
+            }
+            dist(kStride, dl[d][3], dc[d][3]);
+            std::memcpy(&t.below[d][0][i], &dl[d][3], sizeof(i32));
+            std::memcpy(&t.below[d][1][i], &dc[d][3], sizeof(i32));
+        }
+        const i32 epsL = vmin<N>(vmax<N>(dl[0][0], dl[0][1]), vmax<N>(dl[1][2], dl[1][3]));
+        const i32 epsC = vmin<N>(vmax<N>(dc[0][0], dc[0][1]), vmax<N>(dc[1][2], dc[1][3]));
+        i32 balance{};
+        for (int k = 0; k < 4; ++k)
+            balance += ((dl[1][k] <= epsL) & (dc[1][k] <= epsC)) - ((dl[0][k] <= epsL) & (dc[0][k] <= epsC));
+        store<N>(&t.balance[j][i], balance);
+    }
+    return i;
+}
+
+template <int N>
+int chooseRow(Tile& t, int j, int, int n, bool eightBit) {
+    using i32 = typename V<N>::i32;
+    using u32 = typename V<N>::u32;
+    int i = 0;
+    for (; i < n && i + N <= kCompute; i += N) {
+        i32 sum{};
+        for (int dy = 0; dy < 3; ++dy)
+            for (int dx = 0; dx < 3; ++dx) sum += load<N>(&t.balance[j + dy][i + dx]);
+        const i32 takeH = sum > 0, takeV = sum < 0;
+        for (int ch = 0; ch < 3; ++ch) {
+            const i32 h = load<N>(&t.rgb[0][ch][j + 2][i + 2]), v = load<N>(&t.rgb[1][ch][j + 2][i + 2]);
+            i32 val = (h & takeH) | (v & takeV) | (((h + v + 1) >> 1) & ~(takeH | takeV));
+            // (val + 128) / 257 for val <= 65535.
+            if (eightBit) val = (i32)(((u32)(val + 128) * 65281u) >> 24);
+            store<N>(&t.out[ch][i], val);
+        }
+    }
+    return i;
+}
+
+// N pixels R | G << 8 | B << 16 (one per 32-bit lane) stored as 3 N bytes: the
+// three low bytes of each lane packed within 128-bit lanes, then the 12-byte
+// groups moved next to each other.
+template <int N>
+inline void storeRgb8(typename V<N>::i32 px, uint8_t* dst) {
+    if constexpr (N == 8) {
+        const __m256i packMask = _mm256_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1, 0, 1, 2, 4,
+                                                  5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1);
+        const __m256i packed = _mm256_permutevar8x32_epi32(_mm256_shuffle_epi8((__m256i)px, packMask),
+                                                           _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 3, 7));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(dst), _mm256_castsi256_si128(packed));
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(dst + 16), _mm256_extracti128_si256(packed, 1));
+    } else {
+        const __m512i packMask = _mm512_maskz_broadcast_i32x4(
+            __mmask16(0xffff), _mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1));
+        const __m512i packed = _mm512_maskz_permutexvar_epi32(
+            __mmask16(0xffff), _mm512_setr_epi32(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 3, 7, 11, 15),
+            _mm512_shuffle_epi8((__m512i)px, packMask));
+        _mm512_mask_storeu_epi8(dst, __mmask64((1ull << 48) - 1), packed);
+    }
+}
+
+// The 8-bit choice in 16-bit lanes, 2 N pixels at a time: the balance sums
+// stay within -36..36, the tie mean (h + v + 1) >> 1 is the unsigned rounding
+// average, and (v + 128) / 257 = (mulhi(v, 65281) + 128) >> 8 for every
+// 16-bit v.
+template <int N>
+int choose8Row(Tile& t, int j, int n, uint8_t* dst) {
+    constexpr int M = 2 * N;
+    typedef int16_t s16 __attribute__((vector_size(2 * M)));
+    using i32 = typename V<N>::i32;
+    if (n < M) return 0;
+    auto loadS = [](const void* p) {
+        s16 v;
+        std::memcpy(&v, p, sizeof v);
+        return v;
+    };
+    for (int i = 0;; i += M) {
+        if (i + M > n) i = n - M;  // the last block overlaps the one before
+        s16 sum{};
+        for (int dy = 0; dy < 3; ++dy)
+            for (int dx = 0; dx < 3; ++dx) sum += loadS(&t.balance[j + dy][i + dx]);
+        const s16 takeH = sum > 0, takeV = sum < 0, tie = ~(takeH | takeV);
+        s16 ch[3];
+        for (int c = 0; c < 3; ++c) {
+            const s16 h = loadS(&t.rgb[0][c][j + 2][i + 2]), v = loadS(&t.rgb[1][c][j + 2][i + 2]);
+            s16 mean, q;
+            if constexpr (N == 8) {
+                mean = (s16)_mm256_avg_epu16((__m256i)h, (__m256i)v);
+                const s16 val = (h & takeH) | (v & takeV) | (mean & tie);
+                q = (s16)_mm256_srli_epi16(
+                    _mm256_add_epi16(_mm256_mulhi_epu16((__m256i)val, _mm256_set1_epi16(-255)), _mm256_set1_epi16(128)), 8);
+            } else {
+                mean = (s16)_mm512_avg_epu16((__m512i)h, (__m512i)v);
+                const s16 val = (h & takeH) | (v & takeV) | (mean & tie);
+                q = (s16)_mm512_srli_epi16(
+                    _mm512_add_epi16(_mm512_mulhi_epu16((__m512i)val, _mm512_set1_epi16(-255)), _mm512_set1_epi16(128)), 8);
+            }
+            ch[c] = q;
+        }
+        // Two halves of N pixels as 32-bit words.
+        for (int half = 0; half < 2; ++half) {
+            i32 px{};
+            for (int c = 0; c < 3; ++c) {
+                typedef int16_t h16 __attribute__((vector_size(2 * N)));
+                h16 part;
+                std::memcpy(&part, reinterpret_cast<const char*>(&ch[c]) + half * 2 * N, sizeof part);
+                px |= __builtin_convertvector(part, i32) << (8 * c);
+            }
+            storeRgb8<N>(px, dst + 3 * (i + half * N));
+        }
+        if (i + M >= n) break;
+    }
+    return n;
+}
+
+template <int N>
+Stages stages() {
+    return {greensRow<N>, coloursRow<N>, homogeneityRow<N>, chooseRow<N>, choose8Row<N>};
+}
+
+}  // namespace tpx::ahd::simd
