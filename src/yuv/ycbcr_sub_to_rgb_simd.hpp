@@ -320,6 +320,7 @@ TPX_DEC_SUB_INLINE void vectorAt(const Row& r0, const Row& r1, int x) {
             Chroma<V> a, b;
             In::chroma(*r, x, a, b);
             put<V, O>(*r, x, apply<V, A>(In::luma(*r, x), Arith<V, A>::terms(a, b)));
+            if (!Pair) break;
         }
     } else if constexpr (L::vsub == 2 && Pair) {
         const Terms<V> t = Arith<V, A>::terms(In::chroma(r0, x));
@@ -365,14 +366,15 @@ TPX_DEC_SUB_INLINE void span(const Row& r0, const Row& r1, int from, int end) {
 // Every start is a multiple of the chroma block, and the range holds one
 // arithmetic only. For 4:2:0, r1 is the second row of the pair (else r1 is r0
 // and unused). Four-byte 4:2:0 destinations are written one row after the
-// other, computing the shared chroma terms twice: one store stream instead of
-// two measured faster; three-byte and planar destinations keep the pair.
+// other (the unfiltered members compute the shared chroma terms twice): one
+// store stream instead of two measured faster; three-byte and planar
+// destinations keep the pair.
 template <class V, class L, class A, class O>
 int row(const Row& first, const Row& second) {
     const Row r0 = first, r1 = second;  // local copies: the stores cannot alias them
     const int end = std::min(A::simdEnd(r0), L::simdLimit(r0));
     if (end - L::simdStart < V::N) return 0;
-    if constexpr (L::vsub == 2 && !isFilter<L> && !O::planes && O::channels == 4) {
+    if constexpr (L::vsub == 2 && !O::planes && O::channels == 4) {
         span<V, L, A, O, false>(r0, r0, L::simdStart, end);
         span<V, L, A, O, false>(r1, r1, L::simdStart, end);
     } else {
