@@ -26,6 +26,7 @@
 #include <immintrin.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <type_traits>
 
 // The operations of an instruction-set class that differ only in the prefix
@@ -56,6 +57,12 @@
     static I packus16(I a, I b) { return P##_packus_epi16(a, b); }                 \
     static I packs32(I a, I b) { return P##_packs_epi32(a, b); }                   \
     static I shuffle8(I a, I m) { return P##_shuffle_epi8(a, m); }
+
+#if defined(__GNUC__)
+#define TPX_DEC_SUB_INLINE inline __attribute__((always_inline))
+#else
+#define TPX_DEC_SUB_INLINE inline
+#endif
 
 namespace tpx::yuv::sub::simd {
 
@@ -303,18 +310,19 @@ constexpr bool isPacked = false;
 template <int Y, int B, int R>
 constexpr bool isPacked<Packed422<Y, B, R>> = true;
 
-// One vector of pixels at x: of both rows of a 4:2:0 pair (sharing the chroma
-// terms), else of one row.
-template <class V, class L, class A, class O>
-inline void vectorAt(const Row& r0, const Row& r1, int x) {
+// One vector of pixels at x: with Pair, of both rows of a 4:2:0 pair (sharing
+// the chroma terms), else of row r0 only.
+template <class V, class L, class A, class O, bool Pair>
+TPX_DEC_SUB_INLINE void vectorAt(const Row& r0, const Row& r1, int x) {
     using In = Load<V, L, !O::planes>;
     if constexpr (isFilter<L>) {
         for (const Row* r : {&r0, &r1}) {
             Chroma<V> a, b;
             In::chroma(*r, x, a, b);
             put<V, O>(*r, x, apply<V, A>(In::luma(*r, x), Arith<V, A>::terms(a, b)));
+            if (!Pair) break;
         }
-    } else if constexpr (L::vsub == 2) {
+    } else if constexpr (L::vsub == 2 && Pair) {
         const Terms<V> t = Arith<V, A>::terms(In::chroma(r0, x));
         put<V, O>(r0, x, apply<V, A>(In::luma(r0, x), t));
         put<V, O>(r1, x, apply<V, A>(In::luma(r1, x), t));
@@ -326,18 +334,58 @@ inline void vectorAt(const Row& r0, const Row& r1, int x) {
     }
 }
 
-// Whole vectors from the row start; a last partial vector is done as the
-// vector ending at the end of the SIMD range, recomputing a few pixels with the
-// same arithmetic (and so the same bytes). Every start is a multiple of the
-// chroma block, and the range holds one arithmetic only. For 4:2:0, r1 is the
-// second row of the pair (else r1 is r0 and unused).
+// The destination lines kPrefetchAhead bytes beyond the vector being stored
+// (of each plane, for planes) are prefetched first, so they are on their way
+// to L1 before the stores reach them (measured about a tenth faster at 1920
+// wide for interleaved destinations, 1-5 hundredths for planes; prefetchw and
+// distances 512..4096 measured alike). A hint only: it never faults and
+// changes no data, also past the end of the image.
+constexpr std::uintptr_t kPrefetchAhead = 1024;
+template <int Bytes>
+TPX_DEC_SUB_INLINE void prefetchAhead(const uint8_t* p) {
+    const std::uintptr_t at = reinterpret_cast<std::uintptr_t>(p) + kPrefetchAhead;
+    for (int k = 0; k < Bytes; k += 64) _mm_prefetch(reinterpret_cast<const char*>(at + k), _MM_HINT_T0);
+}
+template <class V, class O>
+TPX_DEC_SUB_INLINE void prefetchRow(const Row& r, int x) {
+    if constexpr (O::planes) {
+        for (int i = 0; i < 3; ++i) prefetchAhead<V::N>(r.d[i] + x);
+    } else {
+        prefetchAhead<O::channels * V::N>(r.d[0] + O::channels * x);
+    }
+}
+
+// Whole vectors from `from` to `end`; a last partial vector is done as the
+// vector ending at `end`, recomputing a few pixels with the same arithmetic
+// (and so the same bytes). Pair: both rows of a 4:2:0 pair per vector.
+template <class V, class L, class A, class O, bool Pair>
+TPX_DEC_SUB_INLINE void span(const Row& r0, const Row& r1, int from, int end) {
+    int x = from;
+    for (; x + V::N <= end; x += V::N) {
+        prefetchRow<V, O>(r0, x);
+        if constexpr (Pair && L::vsub == 2) prefetchRow<V, O>(r1, x);
+        vectorAt<V, L, A, O, Pair>(r0, r1, x);
+    }
+    if (x < end) vectorAt<V, L, A, O, Pair>(r0, r1, end - V::N);
+}
+
+// Every start is a multiple of the chroma block, and the range holds one
+// arithmetic only. For 4:2:0, r1 is the second row of the pair (else r1 is r0
+// and unused). Four-byte 4:2:0 destinations are written one row after the
+// other (the unfiltered members compute the shared chroma terms twice): one
+// store stream instead of two measured faster; three-byte and planar
+// destinations keep the pair.
 template <class V, class L, class A, class O>
-int row(const Row& r0, const Row& r1) {
+int row(const Row& first, const Row& second) {
+    const Row r0 = first, r1 = second;  // local copies: the stores cannot alias them
     const int end = std::min(A::simdEnd(r0), L::simdLimit(r0));
     if (end - L::simdStart < V::N) return 0;
-    int x = L::simdStart;
-    for (; x + V::N <= end; x += V::N) vectorAt<V, L, A, O>(r0, r1, x);
-    if (x < end) vectorAt<V, L, A, O>(r0, r1, end - V::N);
+    if constexpr (L::vsub == 2 && !O::planes && O::channels == 4) {
+        span<V, L, A, O, false>(r0, r0, L::simdStart, end);
+        span<V, L, A, O, false>(r1, r1, L::simdStart, end);
+    } else {
+        span<V, L, A, O, true>(r0, r1, L::simdStart, end);
+    }
     return end;
 }
 
