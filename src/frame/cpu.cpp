@@ -48,14 +48,26 @@ Tier fromEnvironment(Tier detected) {
     return asked < detected ? asked : detected;
 }
 
+bool probeVbmi() {
+#if TPX_HAVE_X86
+    unsigned a, b, c, d;
+    if (!__get_cpuid_count(7, 0, &a, &b, &c, &d)) return false;
+    return (c >> 1) & 1;
+#else
+    return false;
+#endif
+}
+
 // Set once while the library loads, constant afterwards.
 const Tier kDetected = probe();
 const Tier kActive = fromEnvironment(kDetected);
+const bool kActiveVbmi = kActive == Tier::Avx512 && probeVbmi();
 
 }  // namespace
 
 Tier activeTier() { return kActive; }
 Tier detectedTier() { return kDetected; }
+bool activeAvx512Vbmi() { return kActiveVbmi; }
 
 const char* tierName(Tier t) {
     switch (t) {

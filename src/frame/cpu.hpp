@@ -15,6 +15,10 @@ Tier activeTier();
 // The highest tier this processor supports (ignores TPXCC_TIER).
 Tier detectedTier();
 const char* tierName(Tier t);
+// True when the active tier is AVX-512 and the processor also has the AVX-512
+// byte permutes (VBMI). Kernels that use them keep an AVX-512 F/BW/VL/DQ
+// alternative for processors without.
+bool activeAvx512Vbmi();
 
 // One kernel per tier; null where a family has no kernel for that tier or the
 // build has none (non-x86 targets).
