@@ -44,7 +44,7 @@ Tier fromEnvironment(Tier detected) {
     Tier asked = detected;
     if (!std::strcmp(v, "scalar")) asked = Tier::Scalar;
     else if (!std::strcmp(v, "avx2")) asked = Tier::Avx2;
-    else if (!std::strcmp(v, "avx512")) asked = Tier::Avx512;
+    else if (!std::strcmp(v, "avx512") || !std::strcmp(v, "avx512bw")) asked = Tier::Avx512;
     return asked < detected ? asked : detected;
 }
 
@@ -61,7 +61,12 @@ bool probeVbmi() {
 // Set once while the library loads, constant afterwards.
 const Tier kDetected = probe();
 const Tier kActive = fromEnvironment(kDetected);
-const bool kActiveVbmi = kActive == Tier::Avx512 && probeVbmi();
+// TPXCC_TIER=avx512bw: the AVX-512 tier without the byte permutes.
+bool vbmiAllowed() {
+    const char* v = std::getenv("TPXCC_TIER");
+    return !v || std::strcmp(v, "avx512bw") != 0;
+}
+const bool kActiveVbmi = kActive == Tier::Avx512 && probeVbmi() && vbmiAllowed();
 
 }  // namespace
 

@@ -3,7 +3,8 @@
 // The tier is read once when the library is loaded, from the processor's
 // features and the operating system's register support, and can be lowered
 // (never raised) by the environment variable TPXCC_TIER = scalar | avx2 |
-// avx512. It is constant afterwards: no call changes it.
+// avx512 | avx512bw (the AVX-512 tier without the VBMI byte permutes). It is
+// constant afterwards: no call changes it.
 #pragma once
 
 namespace tpx {
