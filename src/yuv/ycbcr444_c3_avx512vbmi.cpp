@@ -6,8 +6,8 @@
 // byte permutes gather each pixel's channels into 16-bit pairs (two channels of
 // one pixel, or one channel of two pixels), and a multiply-add of unsigned
 // bytes by signed byte pairs turns a pair into one channel as 16-bit values,
-// already scaled: 64 v or 128 (v - 128). Halves: pixels 0-31 ("lo") and 32-63
-// ("hi"). On the way out, byte vectors packed from the 16-bit results go back
+// already scaled: 64 v (encoder), 64 (Y - 16) or 128 (C - 128) (decoder).
+// Halves: pixels 0-31 ("lo") and 32-63 ("hi"). On the way out, byte vectors packed from the 16-bit results go back
 // to three interleaved vectors by two-table permutes. Bit for bit the scalar
 // block arithmetic of ycbcr_math.hpp.
 #include "yuv/ycbcr444.hpp"
@@ -30,8 +30,9 @@ constexpr int at(int c, int h, int i) { return 3 * (32 * h + i) + c; }
 // Indices for a two-table permute whose 16-bit element i is the pair (low
 // byte, high byte) = (at(c0, h0, i), at(c1, h1, i)), tables starting at byte
 // `base` of the step. c1 < 0: the high byte is `fill`, for permutes that keep
-// the index byte where their mask is clear. Offsets past the two tables
-// (>= base + 128) wrap into the first 64 bytes of a third one (z2).
+// the index byte where their mask is clear. Offsets are taken modulo 128; the
+// bytes in z2 (offsets 128-191) of a base-0 pair are then fetched by a second,
+// one-table permute with the indices of base 128 under the mask inZ2.
 constexpr Bytes pairIndex(int c0, int h0, int c1, int h1, int base, int fill = 0) {
     Bytes k{};
     for (int i = 0; i < 32; ++i) {
