@@ -147,10 +147,10 @@ int decodeC3(const Row&);
     ::tpx::pick(::tpx::TierKernels<::tpx::yuv444::SimdRow>{nullptr, TPX_X86(avx2::name), TPX_X86(avx512::name)})
 #define TPX_YUV444_AVX2_ROW(name) \
     ::tpx::pick(::tpx::TierKernels<::tpx::yuv444::SimdRow>{nullptr, TPX_X86(avx2::name), TPX_X86(avx2::name)})
-// The 3-byte to 3-byte members: the AVX-512 row with the byte permutes where the
-// processor has them, else as TPX_YUV444_SIMD.
-#define TPX_YUV444_C3(name) \
-    (::tpx::activeAvx512Vbmi() ? TPX_X86(avx512vbmi::name) : TPX_YUV444_SIMD(name))
+// The AVX-512 row with the byte permutes where the processor has them (see
+// ycbcr444_avx512vbmi.cpp), else `otherwise`.
+#define TPX_YUV444_VBMI(name, otherwise) \
+    (::tpx::activeAvx512Vbmi() ? TPX_X86(avx512vbmi::name) : otherwise)
 #define TPX_YUV444_AVX512(name) \
     ::tpx::pick(::tpx::TierKernels<::tpx::yuv444::SimdRow>{nullptr, nullptr, TPX_X86(avx512::name)})
 

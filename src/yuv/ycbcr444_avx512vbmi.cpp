@@ -106,6 +106,22 @@ inline void encode16(V r, V g, V b, V& y, V& cb, V& cr) {
 // packus clamps.
 constexpr int kLumaFill = 112;
 
+// One half: 16-bit luma 64 (Y - 16) and chroma 128 (C - 128) to R, G, B
+// (before the clamp).
+struct Rgb16 {
+    V r, g, b;
+};
+inline Rgb16 decode16(V y64, V cb, V cr) {
+    static constexpr yuv::BlockCoeffs k = yuv::kBlock601;
+    static_assert(2 * k.luma < 32768 && k.lumaOffset == 16, "luma as 64 (Y - 16) times 2 * luma");
+    const V yl = _mm512_mulhi_epi16(y64, set16(2 * k.luma)), round4 = set16(2048);
+    const V r = _mm512_add_epi16(yl, _mm512_mulhi_epi16(cr, set16(k.crToR)));
+    const V g = _mm512_sub_epi16(
+        yl, _mm512_add_epi16(_mm512_mulhi_epi16(cb, set16(k.cbToG)), _mm512_mulhi_epi16(cr, set16(k.crToG))));
+    const V b = _mm512_add_epi16(yl, _mm512_mulhi_epi16(cb, set16(k.cbToB)));
+    return {_mm512_mulhrs_epi16(r, round4), _mm512_mulhrs_epi16(g, round4), _mm512_mulhrs_epi16(b, round4)};
+}
+
 }  // namespace
 
 namespace avx512vbmi {
@@ -141,11 +157,9 @@ int decodeC3(const Row& row) {
     static constexpr Bytes yIdx[2] = {pairIndex(0, 0, -1, 0, 0, kLumaFill), pairIndex(0, 1, -1, 1, 64, kLumaFill)};
     static constexpr Bytes cIdx[2] = {pairIndex(1, 0, 2, 0, 0), pairIndex(1, 1, 2, 1, 64)};
     constexpr uint64_t kLowBytes = 0x5555555555555555ull;
-    static constexpr yuv::BlockCoeffs k = yuv::kBlock601;
-    const V sign = _mm512_set1_epi8(char(0x80)), by64 = _mm512_set1_epi8(64), round4 = set16(2048);
-    const V lowBy128 = set16(128), highBy128 = set16(128 << 8), luma = set16(2 * k.luma);
-    const V crR = set16(k.crToR), crG = set16(k.crToG), cbG = set16(k.cbToG), cbB = set16(k.cbToB);
-    static_assert(2 * k.luma < 32768 && k.lumaOffset == 128 - kLumaFill, "luma pair");
+    static_assert(yuv::kBlock601.lumaOffset == 128 - kLumaFill, "luma pair");
+    const V sign = _mm512_set1_epi8(char(0x80)), by64 = _mm512_set1_epi8(64);
+    const V lowBy128 = set16(128), highBy128 = set16(128 << 8);
     const int blocks = r.width - r.width % 16;
     int x = 0;
     for (; x + 64 <= blocks; x += 64) {
@@ -153,20 +167,15 @@ int decodeC3(const Row& row) {
         const V z[3] = {_mm512_xor_si512(_mm512_loadu_si512(s), sign),
                         _mm512_xor_si512(_mm512_loadu_si512(s + 64), sign),
                         _mm512_xor_si512(_mm512_loadu_si512(s + 128), sign)};
-        V out[3][2];
-        for (int h = 0; h < 2; ++h) {
-            const V yPair = _mm512_mask2_permutex2var_epi8(z[h], vec(yIdx[h]), kLowBytes, z[h + 1]);
-            const V cPair = _mm512_permutex2var_epi8(z[h], vec(cIdx[h]), z[h + 1]);
-            const V yl = _mm512_mulhi_epi16(_mm512_maddubs_epi16(by64, yPair), luma);
-            const V cb = _mm512_maddubs_epi16(lowBy128, cPair), cr = _mm512_maddubs_epi16(highBy128, cPair);
-            out[0][h] = _mm512_mulhrs_epi16(_mm512_add_epi16(yl, _mm512_mulhi_epi16(cr, crR)), round4);
-            out[1][h] = _mm512_mulhrs_epi16(
-                _mm512_sub_epi16(yl, _mm512_add_epi16(_mm512_mulhi_epi16(cb, cbG), _mm512_mulhi_epi16(cr, crG))),
-                round4);
-            out[2][h] = _mm512_mulhrs_epi16(_mm512_add_epi16(yl, _mm512_mulhi_epi16(cb, cbB)), round4);
+        Rgb16 h[2];
+        for (int i = 0; i < 2; ++i) {
+            const V yPair = _mm512_mask2_permutex2var_epi8(z[i], vec(yIdx[i]), kLowBytes, z[i + 1]);
+            const V cPair = _mm512_permutex2var_epi8(z[i], vec(cIdx[i]), z[i + 1]);
+            h[i] = decode16(_mm512_maddubs_epi16(by64, yPair), _mm512_maddubs_epi16(lowBy128, cPair),
+                             _mm512_maddubs_epi16(highBy128, cPair));
         }
-        interleave3<1>(r.dst[0] + 3 * x, _mm512_packus_epi16(out[1][0], out[1][1]),
-                       _mm512_packus_epi16(out[0][0], out[2][0]), _mm512_packus_epi16(out[0][1], out[2][1]));
+        interleave3<1>(r.dst[0] + 3 * x, _mm512_packus_epi16(h[0].g, h[1].g), _mm512_packus_epi16(h[0].r, h[0].b),
+                       _mm512_packus_epi16(h[1].r, h[1].b));
     }
     return x;
 }
