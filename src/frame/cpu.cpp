@@ -44,18 +44,35 @@ Tier fromEnvironment(Tier detected) {
     Tier asked = detected;
     if (!std::strcmp(v, "scalar")) asked = Tier::Scalar;
     else if (!std::strcmp(v, "avx2")) asked = Tier::Avx2;
-    else if (!std::strcmp(v, "avx512")) asked = Tier::Avx512;
+    else if (!std::strcmp(v, "avx512") || !std::strcmp(v, "avx512bw")) asked = Tier::Avx512;
     return asked < detected ? asked : detected;
+}
+
+bool probeVbmi() {
+#if TPX_HAVE_X86
+    unsigned a, b, c, d;
+    if (!__get_cpuid_count(7, 0, &a, &b, &c, &d)) return false;
+    return (c >> 1) & 1;
+#else
+    return false;
+#endif
 }
 
 // Set once while the library loads, constant afterwards.
 const Tier kDetected = probe();
 const Tier kActive = fromEnvironment(kDetected);
+// TPXCC_TIER=avx512bw: the AVX-512 tier without the byte permutes.
+bool vbmiAllowed() {
+    const char* v = std::getenv("TPXCC_TIER");
+    return !v || std::strcmp(v, "avx512bw") != 0;
+}
+const bool kActiveVbmi = kActive == Tier::Avx512 && probeVbmi() && vbmiAllowed();
 
 }  // namespace
 
 Tier activeTier() { return kActive; }
 Tier detectedTier() { return kDetected; }
+bool activeAvx512Vbmi() { return kActiveVbmi; }
 
 const char* tierName(Tier t) {
     switch (t) {

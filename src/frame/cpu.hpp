@@ -3,7 +3,8 @@
 // The tier is read once when the library is loaded, from the processor's
 // features and the operating system's register support, and can be lowered
 // (never raised) by the environment variable TPXCC_TIER = scalar | avx2 |
-// avx512. It is constant afterwards: no call changes it.
+// avx512 | avx512bw (the AVX-512 tier without the VBMI byte permutes). It is
+// constant afterwards: no call changes it.
 #pragma once
 
 namespace tpx {
@@ -15,6 +16,10 @@ Tier activeTier();
 // The highest tier this processor supports (ignores TPXCC_TIER).
 Tier detectedTier();
 const char* tierName(Tier t);
+// True when the active tier is AVX-512 and the processor also has the AVX-512
+// byte permutes (VBMI). Kernels that use them keep an AVX-512 F/BW/VL/DQ
+// alternative for processors without.
+bool activeAvx512Vbmi();
 
 // One kernel per tier; null where a family has no kernel for that tier or the
 // build has none (non-x86 targets).

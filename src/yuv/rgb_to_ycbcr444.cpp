@@ -8,7 +8,8 @@ using namespace tpx::yuv444;
 
 extern "C" TPXCC_API TpxStatus tpxiRGBToYCbCr_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep,
                                                      TpxSize roi) {
-    return checkedConvert(pSrc, srcStep, pDst, dstStep, roi, 0, TPX_YUV444_SIMD(encodeC3Block),
+    return checkedConvert(pSrc, srcStep, pDst, dstStep, roi, 0,
+                          TPX_YUV444_VBMI(encodeC3Block, TPX_YUV444_SIMD(encodeC3Block)),
                           encodeRow<Pack::C3, Pack::C3, 16>);
 }
 

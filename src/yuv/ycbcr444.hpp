@@ -132,6 +132,12 @@ namespace avx2 { TPX_YUV444_SIMD_ROWS(TPX_YUV444_DECLARE) TPX_YUV444_AVX2_ROWS(T
 namespace avx512 { TPX_YUV444_SIMD_ROWS(TPX_YUV444_DECLARE) TPX_YUV444_AVX512_ROWS(TPX_YUV444_DECLARE) }
 #endif
 #undef TPX_YUV444_DECLARE
+#if TPX_HAVE_X86
+namespace avx512vbmi {
+int encodeC3Block(const Row&);
+int decodeC3(const Row&);
+}  // namespace avx512vbmi
+#endif
 
 // The row function of every tier for one SIMD row name; of the AVX-512 tier
 // alone; and the AVX2 row for both SIMD tiers (planar to 4-byte pixels, where
@@ -141,6 +147,10 @@ namespace avx512 { TPX_YUV444_SIMD_ROWS(TPX_YUV444_DECLARE) TPX_YUV444_AVX512_RO
     ::tpx::pick(::tpx::TierKernels<::tpx::yuv444::SimdRow>{nullptr, TPX_X86(avx2::name), TPX_X86(avx512::name)})
 #define TPX_YUV444_AVX2_ROW(name) \
     ::tpx::pick(::tpx::TierKernels<::tpx::yuv444::SimdRow>{nullptr, TPX_X86(avx2::name), TPX_X86(avx2::name)})
+// The AVX-512 row with the byte permutes where the processor has them (see
+// ycbcr444_avx512vbmi.cpp), else `otherwise`.
+#define TPX_YUV444_VBMI(name, otherwise) \
+    (::tpx::activeAvx512Vbmi() ? TPX_X86(avx512vbmi::name) : otherwise)
 #define TPX_YUV444_AVX512(name) \
     ::tpx::pick(::tpx::TierKernels<::tpx::yuv444::SimdRow>{nullptr, nullptr, TPX_X86(avx512::name)})
 

@@ -14,7 +14,8 @@ using namespace tpx::yuv444;
 
 extern "C" TPXCC_API TpxStatus tpxiYCbCrToRGB_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep,
                                                      TpxSize roi) {
-    return checkedConvert(pSrc, srcStep, pDst, dstStep, roi, 0, TPX_YUV444_SIMD(decodeC3),
+    return checkedConvert(pSrc, srcStep, pDst, dstStep, roi, 0,
+                          TPX_YUV444_VBMI(decodeC3, TPX_YUV444_SIMD(decodeC3)),
                           decodeRow<Pack::C3, Pack::C3, false, 16, false>);
 }
 
