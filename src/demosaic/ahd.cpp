@@ -22,7 +22,7 @@
 // same as computing on the source mirrored as far as needed.
 #include "demosaic/ahd.hpp"
 #include "demosaic/ahd_lab.hpp"
-#include "demosaic/cfa_common.hpp"
+#include "demosaic/bayer_frame.hpp"
 #include "frame/cpu.hpp"
 #include "frame/image.hpp"
 
@@ -137,15 +137,15 @@ struct Place {
 };
 
 template <class T>
-void gather(Tile& t, const T* src, std::ptrdiff_t step, const cfa::Region& r, const Place& p, int j0) {
+void gather(Tile& t, const T* src, std::ptrdiff_t step, const bayer::Region& r, const Place& p, int j0) {
     const int w = p.tw + 10, h = p.th + 10;
     const bool inside = p.tx >= 5 && p.tx + p.tw + 5 <= r.imageWidth;
     int64_t cols[kTileW + 10];
     if (!inside)
-        for (int i = 0; i < w; ++i) cols[i] = cfa::mirror(p.tx - 5 + i, r.imageWidth);
+        for (int i = 0; i < w; ++i) cols[i] = bayer::mirror(p.tx - 5 + i, r.imageWidth);
     const int mul = sizeof(T) == 1 ? 257 : 1;
     for (int j = j0; j < h; ++j) {
-        const T* row = rowAt(src, step, cfa::mirror(p.ty - 5 + j, r.imageHeight));
+        const T* row = rowAt(src, step, bayer::mirror(p.ty - 5 + j, r.imageHeight));
         uint16_t* out = t.src[j];
         if (inside) {
             const T* s = row + (p.tx - 5);
@@ -196,15 +196,14 @@ void slide(Tile& t) {
 // a strip takes its upper margins from the tile above and computes only new
 // rows (the vector homogeneity carries its row distances across, t.below).
 template <class T>
-void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, const cfa::Region& r, int grid) {
+void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, const bayer::Region& r, bayer::Phase ph) {
     const Stages vec = chooseStages();
     Tile t{};  // columns past a row's width are computed from defined values
     // Runs a stage over rows j0..rows of `n` columns whose (0,0) is image pixel (x0, y0).
     auto stage = [&](StageFn fast, StageFn scalar, int j0, int rows, int n, int64_t x0, int64_t y0) {
         for (int j = j0; j < rows; ++j) {
-            const bool firstGreen = cfa::colourAt(grid, x0, y0 + j) == cfa::Green;
-            const bool rowRed = cfa::colourAt(grid, x0, y0 + j) == cfa::Red ||
-                                cfa::colourAt(grid, x0 + 1, y0 + j) == cfa::Red;
+            const bool firstGreen = ph.at(x0, y0 + j) == bayer::Colour::Green;
+            const bool rowRed = ph.redRow(y0 + j);
             const int done = fast(t, j, 0, n, firstGreen, rowRed);
             if (done < n) scalar(t, j, done, n, firstGreen, rowRed);
         }
@@ -236,11 +235,10 @@ void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, c
 
 template <class T>
 TpxStatus entry(const T* pSrc, TpxRect roi, TpxSize size, int srcStep, T* pDst, int dstStep, TpxBayerGrid grid) {
-    cfa::Region r;
-    TPX_CHECK(cfa::checkRegion(roi.x, roi.y, roi.width, roi.height, size.width, size.height, int(grid),
-                               cfa::kMinSide, r));
+    bayer::Region r;
+    TPX_CHECK(bayer::checkRegion(roi, size, int(grid), bayer::kHighQualityMinSide, r));
     if (r.empty()) return tpxStatusOk;
-    run(pSrc, srcStep, pDst, dstStep, r, int(grid));
+    run(pSrc, srcStep, pDst, dstStep, r, bayer::Phase::of(grid));
     return tpxStatusOk;
 }
 
