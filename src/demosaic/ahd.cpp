@@ -71,9 +71,8 @@ int coloursRow(Tile& t, int j, int i0, int n, bool firstGreen, bool rowRed) {
                 y = clampTo(g[0] + ((diff(-1, -1) + diff(1, -1) + diff(-1, 1) + diff(1, 1) + 2) >> 2), 0, 65535);
             }
             const int red = rowRed ? x : y, blue = rowRed ? y : x;
-            t.rgb[d][0][j][i] = uint16_t(red);
-            t.rgb[d][1][j][i] = uint16_t(green);
-            t.rgb[d][2][j][i] = uint16_t(blue);
+            t.rb[d][0][j][i] = uint16_t(red);
+            t.rb[d][1][j][i] = uint16_t(blue);
             const int fx = labF(red, green, blue, kLabMatrix.k[0]);
             const int fy = labF(red, green, blue, kLabMatrix.k[1]);
             const int fz = labF(red, green, blue, kLabMatrix.k[2]);
@@ -115,7 +114,7 @@ int chooseRow(Tile& t, int j, int i0, int n, bool eightBit) {
         for (int dy = 0; dy < 3; ++dy)
             for (int dx = 0; dx < 3; ++dx) sum += t.balance[j + dy][i + dx];
         for (int ch = 0; ch < 3; ++ch) {
-            const int h = t.rgb[0][ch][j + 2][i + 2], v = t.rgb[1][ch][j + 2][i + 2];
+            const int h = *candidate(t, 0, ch, j, i), v = *candidate(t, 1, ch, j, i);
             const int val = sum > 0 ? h : sum < 0 ? v : (h + v + 1) >> 1;
             t.out[ch][i] = uint16_t(eightBit ? (val + 128) / 257 : val);
         }
@@ -146,6 +145,12 @@ void gather(Tile& t, const T* src, std::ptrdiff_t step, const bayer::Region& r, 
     const int mul = sizeof(T) == 1 ? 257 : 1;
     for (int j = j0; j < h; ++j) {
         const T* row = rowAt(src, step, bayer::mirror(p.ty - 5 + j, r.imageHeight));
+        // The same columns of the next tile's rows are asked for now, so that
+        // they arrive from memory while this tile is worked on.
+        if (inside && p.ty - 5 + j + kTileH < r.imageHeight) {
+            const char* next = reinterpret_cast<const char*>(rowAt(src, step, p.ty - 5 + j + kTileH) + (p.tx - 5));
+            for (size_t b = 0; b < size_t(w) * sizeof(T); b += 64) __builtin_prefetch(next + b);
+        }
         uint16_t* out = t.src[j];
         if (inside) {
             const T* s = row + (p.tx - 5);
@@ -175,18 +180,18 @@ static_assert(kTileH >= kSrcOverlap, "the rows passed on must not overlap their 
 
 // Passes the rows a full tile shares with the next one down to the top: for
 // each plane only those the next tile reads (source rows 6..9 for the new
-// green rows from 6, green rows 4..5 for the new colour rows from 4, colour
-// and Lab rows 2..3 for the new balance rows from 2 and the output, balance
-// rows 0..1).
+// green rows from 6, green rows 4..5 for the new colour rows from 4 and row 3
+// for the output's green, colour and Lab rows 2..3 for the new balance rows
+// from 2 and the output, balance rows 0..1).
 void slide(Tile& t) {
     auto move = [](auto& plane, int from, int to) {
         std::memcpy(plane[from], plane[kTileH + from], sizeof(plane[0]) * size_t(to - from));
     };
     move(t.src, kGreenOverlap, kSrcOverlap);
-    for (auto& g : t.green) move(g, kColourOverlap, kGreenOverlap);
+    for (auto& g : t.green) move(g, kColourOverlap - 1, kGreenOverlap);
     for (int d = 0; d < 2; ++d)
         for (int c = 0; c < 3; ++c) {
-            move(t.rgb[d][c], kBalanceOverlap, kColourOverlap);
+            if (c < 2) move(t.rb[d][c], kBalanceOverlap, kColourOverlap);
             move(t.lab[d][c], kBalanceOverlap, kColourOverlap);
         }
     move(t.balance, 0, kBalanceOverlap);
@@ -221,6 +226,10 @@ void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, c
                   p.ty - 1);
             for (int j = 0; j < p.th; ++j) {
                 T* out = rowAt(dst, dstStep, oy + j) + 3 * ox;
+                if (oy + j + kTileH < r.height) {  // the next tile's row, for writing
+                    char* next = reinterpret_cast<char*>(rowAt(dst, dstStep, oy + j + kTileH) + 3 * ox);
+                    for (size_t b = 0; b < size_t(p.tw) * 3 * sizeof(T); b += 64) __builtin_prefetch(next + b, 1);
+                }
                 if constexpr (sizeof(T) == 1) {
                     if (vec.choose8(t, j, p.tw, out) < p.tw) choose8Row(t, j, p.tw, out);
                 } else {

@@ -143,9 +143,8 @@ int coloursRow(Tile& t, int j, int, int n, bool firstGreen, bool rowRed) {
             const i32 y = (gy & green) | (oy & ~green);
             const i32 gr = (c & green) | (g0 & ~green);
             const i32 red = rowRed ? x : y, blue = rowRed ? y : x;
-            store<N>(&t.rgb[d][0][j][i], red);
-            store<N>(&t.rgb[d][1][j][i], gr);
-            store<N>(&t.rgb[d][2][j][i], blue);
+            store<N>(&t.rb[d][0][j][i], red);
+            store<N>(&t.rb[d][1][j][i], blue);
             i32 f[3];
             labF<N>(red, gr, blue, f);
             const i32 fx = f[0], fy = f[1], fz = f[2];
@@ -227,7 +226,7 @@ int chooseRow(Tile& t, int j, int, int n, bool eightBit) {
             for (int dx = 0; dx < 3; ++dx) sum += load<N>(&t.balance[j + dy][i + dx]);
         const i32 takeH = sum > 0, takeV = sum < 0;
         for (int ch = 0; ch < 3; ++ch) {
-            const i32 h = load<N>(&t.rgb[0][ch][j + 2][i + 2]), v = load<N>(&t.rgb[1][ch][j + 2][i + 2]);
+            const i32 h = load<N>(candidate(t, 0, ch, j, i)), v = load<N>(candidate(t, 1, ch, j, i));
             i32 val = (h & takeH) | (v & takeV) | (((h + v + 1) >> 1) & ~(takeH | takeV));
             // (val + 128) / 257 for val <= 65535.
             if (eightBit) val = (i32)(((u32)(val + 128) * 65281u) >> 24);
@@ -282,7 +281,7 @@ int choose8Row(Tile& t, int j, int n, uint8_t* dst) {
         const s16 takeH = sum > 0, takeV = sum < 0, tie = ~(takeH | takeV);
         s16 ch[3];
         for (int c = 0; c < 3; ++c) {
-            const s16 h = loadS(&t.rgb[0][c][j + 2][i + 2]), v = loadS(&t.rgb[1][c][j + 2][i + 2]);
+            const s16 h = loadS(candidate(t, 0, c, j, i)), v = loadS(candidate(t, 1, c, j, i));
             s16 mean, q;
             if constexpr (N == 8) {
                 mean = (s16)_mm256_avg_epu16((__m256i)h, (__m256i)v);
