@@ -121,36 +121,68 @@ int greensRow(Tile& t, int j, int, int n, bool firstGreen, bool) {
     return i;
 }
 
+// Pixels 2k and 2k + 1 of a 16-bit plane from p, as two sets of N lanes:
+// even columns and odd columns. Each half of a block is then all green sites
+// or all red or blue sites, and no lanes need widening shuffles.
+template <int N>
+inline void loadPairs(const uint16_t* p, typename V<N>::i32& even, typename V<N>::i32& odd) {
+    typename V<N>::u32 w;
+    std::memcpy(&w, p, sizeof w);
+    even = (typename V<N>::i32)(w & 0xffff);
+    odd = (typename V<N>::i32)(w >> 16);
+}
+// The inverse: 2 N 16-bit values (within the range of the plane's type).
+template <int N, class E>
+inline void storePairs(E* p, typename V<N>::i32 even, typename V<N>::i32 odd) {
+    static_assert(sizeof(E) == 2, "16-bit planes only");
+    using u32 = typename V<N>::u32;
+    const u32 w = ((u32)even & 0xffff) | ((u32)odd << 16);
+    std::memcpy(p, &w, sizeof w);
+}
+
+// Blocks of 2 N pixels split into even and odd columns (see loadPairs).
 template <int N>
 int coloursRow(Tile& t, int j, int, int n, bool firstGreen, bool rowRed) {
     using i32 = typename V<N>::i32;
-    const i32 green = greenLanes<N>(firstGreen), zero{}, top = zero + 65535;
+    const i32 zero{}, top = zero + 65535;
     int i = 0;
-    for (; i < n && i + N <= kCompute; i += N) {
+    for (; i < n && i + 2 * N <= kCompute; i += 2 * N) {
         const uint16_t* s = &t.src[j + 3][i + 3];
-        i32 sn[3][3];  // the 3 x 3 source neighbourhood, shared by both candidates
+        i32 sn[2][3][3];  // [half][dy + 1][dx + 1]: the 3 x 3 source neighbourhood, shared by both candidates
         for (int dy = -1; dy <= 1; ++dy)
-            for (int dx = -1; dx <= 1; ++dx) sn[dy + 1][dx + 1] = load<N>(s + dy * kStride + dx);
-        const i32 c = sn[1][1];
+            for (int dx = -1; dx <= 1; ++dx)
+                loadPairs<N>(s + dy * kStride + dx, sn[0][dy + 1][dx + 1], sn[1][dy + 1][dx + 1]);
         for (int d = 0; d < 2; ++d) {
             const uint16_t* g = &t.green[d][j + 1][i + 1];
-            auto diff = [&](int dx, int dy) { return sn[dy + 1][dx + 1] - load<N>(g + dy * kStride + dx); };
-            const i32 g0 = load<N>(g);
-            const i32 gx = vclamp<N>(c + ((diff(-1, 0) + diff(1, 0) + 1) >> 1), zero, top);
-            const i32 gy = vclamp<N>(c + ((diff(0, -1) + diff(0, 1) + 1) >> 1), zero, top);
-            const i32 oy = vclamp<N>(g0 + ((diff(-1, -1) + diff(1, -1) + diff(-1, 1) + diff(1, 1) + 2) >> 2), zero, top);
-            const i32 x = (gx & green) | (c & ~green);
-            const i32 y = (gy & green) | (oy & ~green);
-            const i32 gr = (c & green) | (g0 & ~green);
-            const i32 red = rowRed ? x : y, blue = rowRed ? y : x;
-            store<N>(&t.rb[d][0][j][i], red);
-            store<N>(&t.rb[d][1][j][i], blue);
-            i32 f[3];
-            labF<N>(red, gr, blue, f);
-            const i32 fx = f[0], fy = f[1], fz = f[2];
-            store<N>(&t.lab[d][0][j][i], fy);
-            store<N>(&t.lab[d][1][j][i], fx - fy);
-            store<N>(&t.lab[d][2][j][i], fy - fz);
+            i32 gn[2][3][3];
+            for (int dy = -1; dy <= 1; ++dy)
+                for (int dx = -1; dx <= 1; ++dx)
+                    loadPairs<N>(g + dy * kStride + dx, gn[0][dy + 1][dx + 1], gn[1][dy + 1][dx + 1]);
+            i32 red[2], blue[2], lab[3][2];
+            for (int h = 0; h < 2; ++h) {
+                auto diff = [&](int dx, int dy) { return sn[h][dy + 1][dx + 1] - gn[h][dy + 1][dx + 1]; };
+                const i32 c = sn[h][1][1];
+                i32 x, gr, y;
+                if ((h == 0) == firstGreen) {
+                    gr = c;
+                    x = vclamp<N>(c + ((diff(-1, 0) + diff(1, 0) + 1) >> 1), zero, top);
+                    y = vclamp<N>(c + ((diff(0, -1) + diff(0, 1) + 1) >> 1), zero, top);
+                } else {
+                    gr = gn[h][1][1];
+                    x = c;
+                    y = vclamp<N>(gr + ((diff(-1, -1) + diff(1, -1) + diff(-1, 1) + diff(1, 1) + 2) >> 2), zero, top);
+                }
+                red[h] = rowRed ? x : y;
+                blue[h] = rowRed ? y : x;
+                i32 f[3];
+                labF<N>(red[h], gr, blue[h], f);
+                lab[0][h] = f[1];
+                lab[1][h] = f[0] - f[1];
+                lab[2][h] = f[1] - f[2];
+            }
+            storePairs<N>(&t.rb[d][0][j][i], red[0], red[1]);
+            storePairs<N>(&t.rb[d][1][j][i], blue[0], blue[1]);
+            for (int k = 0; k < 3; ++k) storePairs<N>(&t.lab[d][k][j][i], lab[k][0], lab[k][1]);
         }
     }
     return i;
