@@ -2,7 +2,8 @@
 // written with the compiler's vector types so that one body serves AVX2
 // (N = 8) and AVX-512 (N = 16); the table lookup of f is a hardware gather.
 // They compute every block from column 0 up to n rounded up to whole blocks
-// (at most kCompute), the same arithmetic as the scalar row functions.
+// (at most kCompute), the same arithmetic as the scalar row functions. The
+// green and colour stages take blocks of 2 N pixels as even and odd columns.
 #pragma once
 
 #include "demosaic/ahd.hpp"
@@ -63,14 +64,6 @@ inline typename V<N>::i32 vclamp(typename V<N>::i32 v, typename V<N>::i32 lo, ty
 template <int N>
 inline typename V<N>::i32 vabs(typename V<N>::i32 v) { return v < 0 ? -v : v; }
 
-// Lanes of the green sites of a row.
-template <int N>
-inline typename V<N>::i32 greenLanes(bool firstGreen) {
-    typename V<N>::i32 m;
-    for (int k = 0; k < N; ++k) m[k] = ((k & 1) == 0) == firstGreen ? -1 : 0;
-    return m;
-}
-
 // f of the normalised XYZ component of row k of the matrix.
 // Products of 16-bit pairs summed in 32 bits (one instruction).
 template <int N>
@@ -103,24 +96,6 @@ inline void labF(typename V<N>::i32 r, typename V<N>::i32 g, typename V<N>::i32 
     }
 }
 
-template <int N>
-int greensRow(Tile& t, int j, int, int n, bool firstGreen, bool) {
-    using i32 = typename V<N>::i32;
-    const i32 green = greenLanes<N>(firstGreen);
-    int i = 0;
-    for (; i < n && i + N <= kCompute; i += N) {
-        const uint16_t* s = &t.src[j + 2][i + 2];
-        const i32 c = load<N>(s), l = load<N>(s - 1), r = load<N>(s + 1), u = load<N>(s - kStride),
-                  d = load<N>(s + kStride);
-        const i32 gh = (2 * (l + r) + 2 * c - load<N>(s - 2) - load<N>(s + 2) + 2) >> 2;
-        const i32 gv = (2 * (u + d) + 2 * c - load<N>(s - 2 * kStride) - load<N>(s + 2 * kStride) + 2) >> 2;
-        const i32 h = vclamp<N>(gh, vmin<N>(l, r), vmax<N>(l, r)), v = vclamp<N>(gv, vmin<N>(u, d), vmax<N>(u, d));
-        store<N>(&t.green[0][j][i], (c & green) | (h & ~green));
-        store<N>(&t.green[1][j][i], (c & green) | (v & ~green));
-    }
-    return i;
-}
-
 // Pixels 2k and 2k + 1 of a 16-bit plane from p, as two sets of N lanes:
 // even columns and odd columns. Each half of a block is then all green sites
 // or all red or blue sites, and no lanes need widening shuffles.
@@ -138,6 +113,39 @@ inline void storePairs(E* p, typename V<N>::i32 even, typename V<N>::i32 odd) {
     using u32 = typename V<N>::u32;
     const u32 w = ((u32)even & 0xffff) | ((u32)odd << 16);
     std::memcpy(p, &w, sizeof w);
+}
+
+template <int N>
+int greensRow(Tile& t, int j, int, int n, bool firstGreen, bool) {
+    using i32 = typename V<N>::i32;
+    int i = 0;
+    for (; i < n && i + 2 * N <= kCompute; i += 2 * N) {
+        const uint16_t* s = &t.src[j + 2][i + 2];
+        i32 c[2], l[2], r[2], u[2], d[2], l2[2], r2[2], u2[2], d2[2];
+        loadPairs<N>(s, c[0], c[1]);
+        loadPairs<N>(s - 1, l[0], l[1]);
+        loadPairs<N>(s + 1, r[0], r[1]);
+        loadPairs<N>(s - 2, l2[0], l2[1]);
+        loadPairs<N>(s + 2, r2[0], r2[1]);
+        loadPairs<N>(s - kStride, u[0], u[1]);
+        loadPairs<N>(s + kStride, d[0], d[1]);
+        loadPairs<N>(s - 2 * kStride, u2[0], u2[1]);
+        loadPairs<N>(s + 2 * kStride, d2[0], d2[1]);
+        i32 gh[2], gv[2];
+        for (int h = 0; h < 2; ++h) {
+            if ((h == 0) == firstGreen) {
+                gh[h] = gv[h] = c[h];
+                continue;
+            }
+            const i32 eh = (2 * (l[h] + r[h]) + 2 * c[h] - l2[h] - r2[h] + 2) >> 2;
+            const i32 ev = (2 * (u[h] + d[h]) + 2 * c[h] - u2[h] - d2[h] + 2) >> 2;
+            gh[h] = vclamp<N>(eh, vmin<N>(l[h], r[h]), vmax<N>(l[h], r[h]));
+            gv[h] = vclamp<N>(ev, vmin<N>(u[h], d[h]), vmax<N>(u[h], d[h]));
+        }
+        storePairs<N>(&t.green[0][j][i], gh[0], gh[1]);
+        storePairs<N>(&t.green[1][j][i], gv[0], gv[1]);
+    }
+    return i;
 }
 
 // Blocks of 2 N pixels split into even and odd columns (see loadPairs).
