@@ -64,7 +64,6 @@ inline typename V<N>::i32 vclamp(typename V<N>::i32 v, typename V<N>::i32 lo, ty
 template <int N>
 inline typename V<N>::i32 vabs(typename V<N>::i32 v) { return v < 0 ? -v : v; }
 
-// f of the normalised XYZ component of row k of the matrix.
 // Products of 16-bit pairs summed in 32 bits (one instruction).
 template <int N>
 inline typename V<N>::i32 madd(typename V<N>::i32 a, typename V<N>::i32 b) {
@@ -148,7 +147,16 @@ int greensRow(Tile& t, int j, int, int n, bool firstGreen, bool) {
     return i;
 }
 
-// Blocks of 2 N pixels split into even and odd columns (see loadPairs).
+// Sample k of a half block: column 2k (even half) or 2k + 1 (odd half) after p.
+template <int N>
+inline typename V<N>::i32 half(const uint16_t* p, int h) {
+    typename V<N>::u32 w;
+    std::memcpy(&w, p, sizeof w);
+    return (typename V<N>::i32)(h == 0 ? w & 0xffff : w >> 16);
+}
+
+// Blocks of 2 N pixels as even and odd columns (see loadPairs), each half
+// reading only the samples its kind of site needs.
 template <int N>
 int coloursRow(Tile& t, int j, int, int n, bool firstGreen, bool rowRed) {
     using i32 = typename V<N>::i32;
@@ -156,27 +164,21 @@ int coloursRow(Tile& t, int j, int, int n, bool firstGreen, bool rowRed) {
     int i = 0;
     for (; i < n && i + 2 * N <= kCompute; i += 2 * N) {
         const uint16_t* s = &t.src[j + 3][i + 3];
-        i32 sn[2][3][3];  // [half][dy + 1][dx + 1]: the 3 x 3 source neighbourhood, shared by both candidates
-        for (int dy = -1; dy <= 1; ++dy)
-            for (int dx = -1; dx <= 1; ++dx)
-                loadPairs<N>(s + dy * kStride + dx, sn[0][dy + 1][dx + 1], sn[1][dy + 1][dx + 1]);
         for (int d = 0; d < 2; ++d) {
             const uint16_t* g = &t.green[d][j + 1][i + 1];
-            i32 gn[2][3][3];
-            for (int dy = -1; dy <= 1; ++dy)
-                for (int dx = -1; dx <= 1; ++dx)
-                    loadPairs<N>(g + dy * kStride + dx, gn[0][dy + 1][dx + 1], gn[1][dy + 1][dx + 1]);
             i32 red[2], blue[2], lab[3][2];
             for (int h = 0; h < 2; ++h) {
-                auto diff = [&](int dx, int dy) { return sn[h][dy + 1][dx + 1] - gn[h][dy + 1][dx + 1]; };
-                const i32 c = sn[h][1][1];
+                auto diff = [&](int dx, int dy) {
+                    return half<N>(s + dy * kStride + dx, h) - half<N>(g + dy * kStride + dx, h);
+                };
+                const i32 c = half<N>(s, h);
                 i32 x, gr, y;
                 if ((h == 0) == firstGreen) {
                     gr = c;
                     x = vclamp<N>(c + ((diff(-1, 0) + diff(1, 0) + 1) >> 1), zero, top);
                     y = vclamp<N>(c + ((diff(0, -1) + diff(0, 1) + 1) >> 1), zero, top);
                 } else {
-                    gr = gn[h][1][1];
+                    gr = half<N>(g, h);
                     x = c;
                     y = vclamp<N>(gr + ((diff(-1, -1) + diff(1, -1) + diff(-1, 1) + diff(1, 1) + 2) >> 2), zero, top);
                 }
