@@ -95,17 +95,18 @@ inline void labF(typename V<N>::i32 r, typename V<N>::i32 g, typename V<N>::i32 
     }
 }
 
-// Pixels 2k and 2k + 1 of a 16-bit plane from p, as two sets of N lanes:
-// even columns and odd columns. Each half of a block is then all green sites
-// or all red or blue sites, and no lanes need widening shuffles.
+// Blocks of 2 N pixels are taken as their even and odd columns, N lanes
+// each: a half is then all green sites or all red or blue sites, and 16-bit
+// planes load and store without widening shuffles. Sample k of a half: column
+// 2k (even half) or 2k + 1 (odd half) after p.
 template <int N>
-inline void loadPairs(const uint16_t* p, typename V<N>::i32& even, typename V<N>::i32& odd) {
+inline typename V<N>::i32 half(const uint16_t* p, int h) {
     typename V<N>::u32 w;
     std::memcpy(&w, p, sizeof w);
-    even = (typename V<N>::i32)(w & 0xffff);
-    odd = (typename V<N>::i32)(w >> 16);
+    return (typename V<N>::i32)(h == 0 ? w & 0xffff : w >> 16);
 }
-// The inverse: 2 N 16-bit values (within the range of the plane's type).
+// The halves put back together as 2 N 16-bit values (within the range of the
+// plane's type).
 template <int N, class E>
 inline void storePairs(E* p, typename V<N>::i32 even, typename V<N>::i32 odd) {
     static_assert(sizeof(E) == 2, "16-bit planes only");
@@ -120,26 +121,19 @@ int greensRow(Tile& t, int j, int, int n, bool firstGreen, bool) {
     int i = 0;
     for (; i < n && i + 2 * N <= kCompute; i += 2 * N) {
         const uint16_t* s = &t.src[j + 2][i + 2];
-        i32 c[2], l[2], r[2], u[2], d[2], l2[2], r2[2], u2[2], d2[2];
-        loadPairs<N>(s, c[0], c[1]);
-        loadPairs<N>(s - 1, l[0], l[1]);
-        loadPairs<N>(s + 1, r[0], r[1]);
-        loadPairs<N>(s - 2, l2[0], l2[1]);
-        loadPairs<N>(s + 2, r2[0], r2[1]);
-        loadPairs<N>(s - kStride, u[0], u[1]);
-        loadPairs<N>(s + kStride, d[0], d[1]);
-        loadPairs<N>(s - 2 * kStride, u2[0], u2[1]);
-        loadPairs<N>(s + 2 * kStride, d2[0], d2[1]);
         i32 gh[2], gv[2];
         for (int h = 0; h < 2; ++h) {
+            auto p = [&](int off) { return half<N>(s + off, h); };
+            const i32 c = p(0);
             if ((h == 0) == firstGreen) {
-                gh[h] = gv[h] = c[h];
+                gh[h] = gv[h] = c;
                 continue;
             }
-            const i32 eh = (2 * (l[h] + r[h]) + 2 * c[h] - l2[h] - r2[h] + 2) >> 2;
-            const i32 ev = (2 * (u[h] + d[h]) + 2 * c[h] - u2[h] - d2[h] + 2) >> 2;
-            gh[h] = vclamp<N>(eh, vmin<N>(l[h], r[h]), vmax<N>(l[h], r[h]));
-            gv[h] = vclamp<N>(ev, vmin<N>(u[h], d[h]), vmax<N>(u[h], d[h]));
+            const i32 l = p(-1), r = p(1), u = p(-kStride), d = p(kStride);
+            const i32 eh = (2 * (l + r) + 2 * c - p(-2) - p(2) + 2) >> 2;
+            const i32 ev = (2 * (u + d) + 2 * c - p(-2 * kStride) - p(2 * kStride) + 2) >> 2;
+            gh[h] = vclamp<N>(eh, vmin<N>(l, r), vmax<N>(l, r));
+            gv[h] = vclamp<N>(ev, vmin<N>(u, d), vmax<N>(u, d));
         }
         storePairs<N>(&t.green[0][j][i], gh[0], gh[1]);
         storePairs<N>(&t.green[1][j][i], gv[0], gv[1]);
@@ -147,16 +141,8 @@ int greensRow(Tile& t, int j, int, int n, bool firstGreen, bool) {
     return i;
 }
 
-// Sample k of a half block: column 2k (even half) or 2k + 1 (odd half) after p.
-template <int N>
-inline typename V<N>::i32 half(const uint16_t* p, int h) {
-    typename V<N>::u32 w;
-    std::memcpy(&w, p, sizeof w);
-    return (typename V<N>::i32)(h == 0 ? w & 0xffff : w >> 16);
-}
-
-// Blocks of 2 N pixels as even and odd columns (see loadPairs), each half
-// reading only the samples its kind of site needs.
+// Blocks of 2 N pixels as even and odd columns, each half reading only the
+// samples its kind of site needs.
 template <int N>
 int coloursRow(Tile& t, int j, int, int n, bool firstGreen, bool rowRed) {
     using i32 = typename V<N>::i32;
