@@ -22,7 +22,7 @@
 // same as computing on the source mirrored as far as needed.
 #include "demosaic/ahd.hpp"
 #include "demosaic/ahd_lab.hpp"
-#include "demosaic/cfa_common.hpp"
+#include "demosaic/bayer_frame.hpp"
 #include "frame/cpu.hpp"
 #include "frame/image.hpp"
 
@@ -71,9 +71,8 @@ int coloursRow(Tile& t, int j, int i0, int n, bool firstGreen, bool rowRed) {
                 y = clampTo(g[0] + ((diff(-1, -1) + diff(1, -1) + diff(-1, 1) + diff(1, 1) + 2) >> 2), 0, 65535);
             }
             const int red = rowRed ? x : y, blue = rowRed ? y : x;
-            t.rgb[d][0][j][i] = uint16_t(red);
-            t.rgb[d][1][j][i] = uint16_t(green);
-            t.rgb[d][2][j][i] = uint16_t(blue);
+            t.rb[d][0][j][i] = uint16_t(red);
+            t.rb[d][1][j][i] = uint16_t(blue);
             const int fx = labF(red, green, blue, kLabMatrix.k[0]);
             const int fy = labF(red, green, blue, kLabMatrix.k[1]);
             const int fz = labF(red, green, blue, kLabMatrix.k[2]);
@@ -115,7 +114,7 @@ int chooseRow(Tile& t, int j, int i0, int n, bool eightBit) {
         for (int dy = 0; dy < 3; ++dy)
             for (int dx = 0; dx < 3; ++dx) sum += t.balance[j + dy][i + dx];
         for (int ch = 0; ch < 3; ++ch) {
-            const int h = t.rgb[0][ch][j + 2][i + 2], v = t.rgb[1][ch][j + 2][i + 2];
+            const int h = *candidate(t, 0, ch, j, i), v = *candidate(t, 1, ch, j, i);
             const int val = sum > 0 ? h : sum < 0 ? v : (h + v + 1) >> 1;
             t.out[ch][i] = uint16_t(eightBit ? (val + 128) / 257 : val);
         }
@@ -137,15 +136,21 @@ struct Place {
 };
 
 template <class T>
-void gather(Tile& t, const T* src, std::ptrdiff_t step, const cfa::Region& r, const Place& p, int j0) {
+void gather(Tile& t, const T* src, std::ptrdiff_t step, const bayer::Region& r, const Place& p, int j0) {
     const int w = p.tw + 10, h = p.th + 10;
     const bool inside = p.tx >= 5 && p.tx + p.tw + 5 <= r.imageWidth;
     int64_t cols[kTileW + 10];
     if (!inside)
-        for (int i = 0; i < w; ++i) cols[i] = cfa::mirror(p.tx - 5 + i, r.imageWidth);
+        for (int i = 0; i < w; ++i) cols[i] = bayer::mirror(p.tx - 5 + i, r.imageWidth);
     const int mul = sizeof(T) == 1 ? 257 : 1;
     for (int j = j0; j < h; ++j) {
-        const T* row = rowAt(src, step, cfa::mirror(p.ty - 5 + j, r.imageHeight));
+        const T* row = rowAt(src, step, bayer::mirror(p.ty - 5 + j, r.imageHeight));
+        // The same columns of the next tile's rows are asked for now, so that
+        // they arrive from memory while this tile is worked on.
+        if (inside && p.ty - 5 + j + kTileH < r.imageHeight) {
+            const char* next = reinterpret_cast<const char*>(rowAt(src, step, p.ty - 5 + j + kTileH) + (p.tx - 5));
+            for (size_t b = 0; b < size_t(w) * sizeof(T); b += 64) __builtin_prefetch(next + b);
+        }
         uint16_t* out = t.src[j];
         if (inside) {
             const T* s = row + (p.tx - 5);
@@ -175,18 +180,18 @@ static_assert(kTileH >= kSrcOverlap, "the rows passed on must not overlap their 
 
 // Passes the rows a full tile shares with the next one down to the top: for
 // each plane only those the next tile reads (source rows 6..9 for the new
-// green rows from 6, green rows 4..5 for the new colour rows from 4, colour
-// and Lab rows 2..3 for the new balance rows from 2 and the output, balance
-// rows 0..1).
+// green rows from 6, green rows 4..5 for the new colour rows from 4 and row 3
+// for the output's green, colour and Lab rows 2..3 for the new balance rows
+// from 2 and the output, balance rows 0..1).
 void slide(Tile& t) {
     auto move = [](auto& plane, int from, int to) {
         std::memcpy(plane[from], plane[kTileH + from], sizeof(plane[0]) * size_t(to - from));
     };
     move(t.src, kGreenOverlap, kSrcOverlap);
-    for (auto& g : t.green) move(g, kColourOverlap, kGreenOverlap);
+    for (auto& g : t.green) move(g, kColourOverlap - 1, kGreenOverlap);
     for (int d = 0; d < 2; ++d)
         for (int c = 0; c < 3; ++c) {
-            move(t.rgb[d][c], kBalanceOverlap, kColourOverlap);
+            if (c < 2) move(t.rb[d][c], kBalanceOverlap, kColourOverlap);
             move(t.lab[d][c], kBalanceOverlap, kColourOverlap);
         }
     move(t.balance, 0, kBalanceOverlap);
@@ -196,15 +201,14 @@ void slide(Tile& t) {
 // a strip takes its upper margins from the tile above and computes only new
 // rows (the vector homogeneity carries its row distances across, t.below).
 template <class T>
-void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, const cfa::Region& r, int grid) {
+void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, const bayer::Region& r, bayer::Phase ph) {
     const Stages vec = chooseStages();
     Tile t{};  // columns past a row's width are computed from defined values
     // Runs a stage over rows j0..rows of `n` columns whose (0,0) is image pixel (x0, y0).
     auto stage = [&](StageFn fast, StageFn scalar, int j0, int rows, int n, int64_t x0, int64_t y0) {
         for (int j = j0; j < rows; ++j) {
-            const bool firstGreen = cfa::colourAt(grid, x0, y0 + j) == cfa::Green;
-            const bool rowRed = cfa::colourAt(grid, x0, y0 + j) == cfa::Red ||
-                                cfa::colourAt(grid, x0 + 1, y0 + j) == cfa::Red;
+            const bool firstGreen = ph.at(x0, y0 + j) == bayer::Colour::Green;
+            const bool rowRed = ph.redRow(y0 + j);
             const int done = fast(t, j, 0, n, firstGreen, rowRed);
             if (done < n) scalar(t, j, done, n, firstGreen, rowRed);
         }
@@ -222,6 +226,10 @@ void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, c
                   p.ty - 1);
             for (int j = 0; j < p.th; ++j) {
                 T* out = rowAt(dst, dstStep, oy + j) + 3 * ox;
+                if (oy + j + kTileH < r.height) {  // the next tile's row, for writing
+                    char* next = reinterpret_cast<char*>(rowAt(dst, dstStep, oy + j + kTileH) + 3 * ox);
+                    for (size_t b = 0; b < size_t(p.tw) * 3 * sizeof(T); b += 64) __builtin_prefetch(next + b, 1);
+                }
                 if constexpr (sizeof(T) == 1) {
                     if (vec.choose8(t, j, p.tw, out) < p.tw) choose8Row(t, j, p.tw, out);
                 } else {
@@ -236,11 +244,10 @@ void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, c
 
 template <class T>
 TpxStatus entry(const T* pSrc, TpxRect roi, TpxSize size, int srcStep, T* pDst, int dstStep, TpxBayerGrid grid) {
-    cfa::Region r;
-    TPX_CHECK(cfa::checkRegion(roi.x, roi.y, roi.width, roi.height, size.width, size.height, int(grid),
-                               cfa::kMinSide, r));
+    bayer::Region r;
+    TPX_CHECK(bayer::checkRegion(roi, size, int(grid), bayer::kHighQualityMinSide, r));
     if (r.empty()) return tpxStatusOk;
-    run(pSrc, srcStep, pDst, dstStep, r, int(grid));
+    run(pSrc, srcStep, pDst, dstStep, r, bayer::Phase::of(grid));
     return tpxStatusOk;
 }
 

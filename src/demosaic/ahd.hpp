@@ -4,7 +4,7 @@
 //
 // A tile produces up to kTileW x kTileH pixels. Its planes carry the margins
 // the stages need (source 5, green candidates 3, colour candidates and Lab 2,
-// homogeneity balance 1) and share one row stride, wide enough that the vector
+// homogeneity balance 1; a candidate's green is read from its green plane) and share one row stride, wide enough that the vector
 // row functions may compute whole blocks up to column kCompute; the columns
 // past a row's width hold values nobody reads.
 #pragma once
@@ -21,13 +21,19 @@ constexpr int kStride = 132;  // row stride of every plane (vector reads reach c
 struct Tile {
     uint16_t src[kTileH + 10][kStride];       // (tx - 5, ty - 5) at [0][0], 16-bit scale
     uint16_t green[2][kTileH + 6][kStride];   // horizontal, vertical; (tx - 3, ty - 3) at [0][0]
-    uint16_t rgb[2][3][kTileH + 4][kStride];  // (tx - 2, ty - 2) at [0][0]
+    uint16_t rb[2][2][kTileH + 4][kStride];   // red, blue; (tx - 2, ty - 2) at [0][0]
     int16_t lab[2][3][kTileH + 4][kStride];   // L', A', B'
     int16_t balance[kTileH + 2][kStride];     // horizontal minus vertical count; (tx - 1, ty - 1) at [0][0]
     uint16_t out[3][kStride];                 // R, G, B of one output row, in the destination's scale
     int32_t below[2][2][kStride];             // vector homogeneity: lightness and chroma distances to the next row
 };
 static_assert(sizeof(Tile) <= 64 * 1024, "the AHD tile must stay within 64 KiB of stack");
+
+// Channel ch (0 R, 1 G, 2 B) of candidate d (0 horizontal, 1 vertical) at
+// output pixel (i, j) of the tile: a candidate's green is its green plane.
+inline const uint16_t* candidate(const Tile& t, int d, int ch, int j, int i) {
+    return ch == 1 ? &t.green[d][j + 3][i + 3] : &t.rb[d][ch >> 1][j + 2][i + 2];
+}
 
 // Row j of a stage from column i0 to n; `firstGreen` tells whether column 0
 // of the row is a green site, `rowRed` whether the row's other sites are red.

@@ -2,7 +2,8 @@
 // written with the compiler's vector types so that one body serves AVX2
 // (N = 8) and AVX-512 (N = 16); the table lookup of f is a hardware gather.
 // They compute every block from column 0 up to n rounded up to whole blocks
-// (at most kCompute), the same arithmetic as the scalar row functions.
+// (at most kCompute), the same arithmetic as the scalar row functions. The
+// green and colour stages take blocks of 2 N pixels as even and odd columns.
 #pragma once
 
 #include "demosaic/ahd.hpp"
@@ -63,15 +64,6 @@ inline typename V<N>::i32 vclamp(typename V<N>::i32 v, typename V<N>::i32 lo, ty
 template <int N>
 inline typename V<N>::i32 vabs(typename V<N>::i32 v) { return v < 0 ? -v : v; }
 
-// Lanes of the green sites of a row.
-template <int N>
-inline typename V<N>::i32 greenLanes(bool firstGreen) {
-    typename V<N>::i32 m;
-    for (int k = 0; k < N; ++k) m[k] = ((k & 1) == 0) == firstGreen ? -1 : 0;
-    return m;
-}
-
-// f of the normalised XYZ component of row k of the matrix.
 // Products of 16-bit pairs summed in 32 bits (one instruction).
 template <int N>
 inline typename V<N>::i32 madd(typename V<N>::i32 a, typename V<N>::i32 b) {
@@ -103,55 +95,90 @@ inline void labF(typename V<N>::i32 r, typename V<N>::i32 g, typename V<N>::i32 
     }
 }
 
+// Blocks of 2 N pixels are taken as their even and odd columns, N lanes
+// each: a half is then all green sites or all red or blue sites, and 16-bit
+// planes load and store without widening shuffles. Sample k of a half: column
+// 2k (even half) or 2k + 1 (odd half) after p.
+template <int N>
+inline typename V<N>::i32 half(const uint16_t* p, int h) {
+    typename V<N>::u32 w;
+    std::memcpy(&w, p, sizeof w);
+    return (typename V<N>::i32)(h == 0 ? w & 0xffff : w >> 16);
+}
+// The halves put back together as 2 N 16-bit values (within the range of the
+// plane's type).
+template <int N, class E>
+inline void storePairs(E* p, typename V<N>::i32 even, typename V<N>::i32 odd) {
+    static_assert(sizeof(E) == 2, "16-bit planes only");
+    using u32 = typename V<N>::u32;
+    const u32 w = ((u32)even & 0xffff) | ((u32)odd << 16);
+    std::memcpy(p, &w, sizeof w);
+}
+
 template <int N>
 int greensRow(Tile& t, int j, int, int n, bool firstGreen, bool) {
     using i32 = typename V<N>::i32;
-    const i32 green = greenLanes<N>(firstGreen);
     int i = 0;
-    for (; i < n && i + N <= kCompute; i += N) {
+    for (; i < n && i + 2 * N <= kCompute; i += 2 * N) {
         const uint16_t* s = &t.src[j + 2][i + 2];
-        const i32 c = load<N>(s), l = load<N>(s - 1), r = load<N>(s + 1), u = load<N>(s - kStride),
-                  d = load<N>(s + kStride);
-        const i32 gh = (2 * (l + r) + 2 * c - load<N>(s - 2) - load<N>(s + 2) + 2) >> 2;
-        const i32 gv = (2 * (u + d) + 2 * c - load<N>(s - 2 * kStride) - load<N>(s + 2 * kStride) + 2) >> 2;
-        const i32 h = vclamp<N>(gh, vmin<N>(l, r), vmax<N>(l, r)), v = vclamp<N>(gv, vmin<N>(u, d), vmax<N>(u, d));
-        store<N>(&t.green[0][j][i], (c & green) | (h & ~green));
-        store<N>(&t.green[1][j][i], (c & green) | (v & ~green));
+        i32 gh[2], gv[2];
+        for (int h = 0; h < 2; ++h) {
+            auto p = [&](int off) { return half<N>(s + off, h); };
+            const i32 c = p(0);
+            if ((h == 0) == firstGreen) {
+                gh[h] = gv[h] = c;
+                continue;
+            }
+            const i32 l = p(-1), r = p(1), u = p(-kStride), d = p(kStride);
+            const i32 eh = (2 * (l + r) + 2 * c - p(-2) - p(2) + 2) >> 2;
+            const i32 ev = (2 * (u + d) + 2 * c - p(-2 * kStride) - p(2 * kStride) + 2) >> 2;
+            gh[h] = vclamp<N>(eh, vmin<N>(l, r), vmax<N>(l, r));
+            gv[h] = vclamp<N>(ev, vmin<N>(u, d), vmax<N>(u, d));
+        }
+        storePairs<N>(&t.green[0][j][i], gh[0], gh[1]);
+        storePairs<N>(&t.green[1][j][i], gv[0], gv[1]);
     }
     return i;
 }
 
+// Blocks of 2 N pixels as even and odd columns, each half reading only the
+// samples its kind of site needs.
 template <int N>
 int coloursRow(Tile& t, int j, int, int n, bool firstGreen, bool rowRed) {
     using i32 = typename V<N>::i32;
-    const i32 green = greenLanes<N>(firstGreen), zero{}, top = zero + 65535;
+    const i32 zero{}, top = zero + 65535;
     int i = 0;
-    for (; i < n && i + N <= kCompute; i += N) {
+    for (; i < n && i + 2 * N <= kCompute; i += 2 * N) {
         const uint16_t* s = &t.src[j + 3][i + 3];
-        i32 sn[3][3];  // the 3 x 3 source neighbourhood, shared by both candidates
-        for (int dy = -1; dy <= 1; ++dy)
-            for (int dx = -1; dx <= 1; ++dx) sn[dy + 1][dx + 1] = load<N>(s + dy * kStride + dx);
-        const i32 c = sn[1][1];
         for (int d = 0; d < 2; ++d) {
             const uint16_t* g = &t.green[d][j + 1][i + 1];
-            auto diff = [&](int dx, int dy) { return sn[dy + 1][dx + 1] - load<N>(g + dy * kStride + dx); };
-            const i32 g0 = load<N>(g);
-            const i32 gx = vclamp<N>(c + ((diff(-1, 0) + diff(1, 0) + 1) >> 1), zero, top);
-            const i32 gy = vclamp<N>(c + ((diff(0, -1) + diff(0, 1) + 1) >> 1), zero, top);
-            const i32 oy = vclamp<N>(g0 + ((diff(-1, -1) + diff(1, -1) + diff(-1, 1) + diff(1, 1) + 2) >> 2), zero, top);
-            const i32 x = (gx & green) | (c & ~green);
-            const i32 y = (gy & green) | (oy & ~green);
-            const i32 gr = (c & green) | (g0 & ~green);
-            const i32 red = rowRed ? x : y, blue = rowRed ? y : x;
-            store<N>(&t.rgb[d][0][j][i], red);
-            store<N>(&t.rgb[d][1][j][i], gr);
-            store<N>(&t.rgb[d][2][j][i], blue);
-            i32 f[3];
-            labF<N>(red, gr, blue, f);
-            const i32 fx = f[0], fy = f[1], fz = f[2];
-            store<N>(&t.lab[d][0][j][i], fy);
-            store<N>(&t.lab[d][1][j][i], fx - fy);
-            store<N>(&t.lab[d][2][j][i], fy - fz);
+            i32 red[2], blue[2], lab[3][2];
+            for (int h = 0; h < 2; ++h) {
+                auto diff = [&](int dx, int dy) {
+                    return half<N>(s + dy * kStride + dx, h) - half<N>(g + dy * kStride + dx, h);
+                };
+                const i32 c = half<N>(s, h);
+                i32 x, gr, y;
+                if ((h == 0) == firstGreen) {
+                    gr = c;
+                    x = vclamp<N>(c + ((diff(-1, 0) + diff(1, 0) + 1) >> 1), zero, top);
+                    y = vclamp<N>(c + ((diff(0, -1) + diff(0, 1) + 1) >> 1), zero, top);
+                } else {
+                    gr = half<N>(g, h);
+                    x = c;
+                    y = vclamp<N>(gr + ((diff(-1, -1) + diff(1, -1) + diff(-1, 1) + diff(1, 1) + 2) >> 2), zero, top);
+                }
+                red[h] = rowRed ? x : y;
+                blue[h] = rowRed ? y : x;
+                i32 f[3];
+                labF<N>(red[h], gr, blue[h], f);
+                lab[0][h] = f[1];
+                lab[1][h] = f[0] - f[1];
+                lab[2][h] = f[1] - f[2];
+            }
+            storePairs<N>(&t.rb[d][0][j][i], red[0], red[1]);
+            storePairs<N>(&t.rb[d][1][j][i], blue[0], blue[1]);
+            for (int k = 0; k < 3; ++k) storePairs<N>(&t.lab[d][k][j][i], lab[k][0], lab[k][1]);
         }
     }
     return i;
@@ -227,7 +254,7 @@ int chooseRow(Tile& t, int j, int, int n, bool eightBit) {
             for (int dx = 0; dx < 3; ++dx) sum += load<N>(&t.balance[j + dy][i + dx]);
         const i32 takeH = sum > 0, takeV = sum < 0;
         for (int ch = 0; ch < 3; ++ch) {
-            const i32 h = load<N>(&t.rgb[0][ch][j + 2][i + 2]), v = load<N>(&t.rgb[1][ch][j + 2][i + 2]);
+            const i32 h = load<N>(candidate(t, 0, ch, j, i)), v = load<N>(candidate(t, 1, ch, j, i));
             i32 val = (h & takeH) | (v & takeV) | (((h + v + 1) >> 1) & ~(takeH | takeV));
             // (val + 128) / 257 for val <= 65535.
             if (eightBit) val = (i32)(((u32)(val + 128) * 65281u) >> 24);
@@ -282,7 +309,7 @@ int choose8Row(Tile& t, int j, int n, uint8_t* dst) {
         const s16 takeH = sum > 0, takeV = sum < 0, tie = ~(takeH | takeV);
         s16 ch[3];
         for (int c = 0; c < 3; ++c) {
-            const s16 h = loadS(&t.rgb[0][c][j + 2][i + 2]), v = loadS(&t.rgb[1][c][j + 2][i + 2]);
+            const s16 h = loadS(candidate(t, 0, c, j, i)), v = loadS(candidate(t, 1, c, j, i));
             s16 mean, q;
             if constexpr (N == 8) {
                 mean = (s16)_mm256_avg_epu16((__m256i)h, (__m256i)v);

@@ -13,13 +13,11 @@ template <class T>
 TpxStatus cfaToRgbEntry(const T* pSrc, TpxRect srcRoi, TpxSize srcSize, int srcStep, T* pDst, int dstStep,
                         TpxBayerGrid grid, StretchFn<T> rowFn) {
     TPX_CHECK(check::notNull(pSrc, pDst));
-    TPX_CHECK(check::size(srcSize, 2, 2));
-    TPX_CHECK(checkGrid(grid));
-    TPX_CHECK(checkOrigin(srcRoi, srcSize));
-    const Region rg = trimmed(srcRoi, srcSize);
+    Region rg;
+    TPX_CHECK(checkRegion(srcRoi, srcSize, int(grid), 2, rg));
     if (rg.empty()) return tpxStatusOk;
     constexpr int shift = sizeof(T) == 2 ? 1 : 0;
-    cfaToRgb(pSrc, std::ptrdiff_t(srcStep >> shift), srcSize, rg, Phase::of(grid), pDst,
+    cfaToRgb(pSrc, std::ptrdiff_t(srcStep >> shift), rg, Phase::of(grid), pDst,
              std::ptrdiff_t(dstStep >> shift), rowFn);
     return tpxStatusOk;
 }

@@ -104,14 +104,17 @@ int stretchRow8_avx512(const Stretch<uint8_t>& r);
 int stretchRow16_avx512(const Stretch<uint16_t>& r);
 #endif
 
-// Converts the region `rg` of a W x H mosaic whose row 0 starts at `src`;
-// steps count elements. `dst` is the destination pixel of (rg.x, rg.y).
+// Converts the region `rg` of a mosaic whose row 0 starts at `src` (sizes
+// within 32 bits); steps count elements. `dst` is the destination pixel of
+// (rg.x, rg.y).
 template <class T>
-void cfaToRgb(const T* src, std::ptrdiff_t srcStep, TpxSize image, Region rg, Phase ph, T* dst,
-              std::ptrdiff_t dstStep, StretchFn<T> rowFn) {
-    const int W = image.width, H = image.height, xEnd = rg.x + rg.width, yEnd = rg.y + rg.height;
+void cfaToRgb(const T* src, std::ptrdiff_t srcStep, const Region& rg, Phase ph, T* dst, std::ptrdiff_t dstStep,
+              StretchFn<T> rowFn) {
+    const int W = int(rg.imageWidth), H = int(rg.imageHeight), x0 = int(rg.x), y0 = int(rg.y);
+    const int xEnd = x0 + int(rg.width), yEnd = y0 + int(rg.height);
+    auto mirror = [](int i, int n) { return int(bayer::mirror(i, n)); };
     auto row = [&](int j) { return src + srcStep * j; };
-    auto out = [&](int i, int j) { return dst + dstStep * (j - rg.y) + 3 * std::ptrdiff_t(i - rg.x); };
+    auto out = [&](int i, int j) { return dst + dstStep * (j - y0) + 3 * std::ptrdiff_t(i - x0); };
     // Columns [from, to) of row j, reading the columns and rows next to the
     // edges through their mirror images.
     auto border = [&](int j, int from, int to) {
@@ -133,21 +136,21 @@ void cfaToRgb(const T* src, std::ptrdiff_t srcStep, TpxSize image, Region rg, Ph
     };
 
     // Border band: image rows 0, 1, H-2, H-1 whole, columns 0, 1, W-2, W-1 elsewhere.
-    const int inner0 = std::max(rg.x, 1), inner1 = std::min(xEnd, W - 1);
-    for (int j = rg.y; j < yEnd; ++j) {
+    const int inner0 = std::max(x0, 1), inner1 = std::min(xEnd, W - 1);
+    for (int j = y0; j < yEnd; ++j) {
         if (j < 2 || j >= H - 2) {
-            border(j, rg.x, std::min(xEnd, 1));
+            border(j, x0, std::min(xEnd, 1));
             stretch(j, inner0, inner1, false);
-            border(j, std::max(rg.x, W - 1), xEnd);
+            border(j, std::max(x0, W - 1), xEnd);
         } else {
-            border(j, rg.x, std::min(xEnd, 2));
-            border(j, std::max({rg.x, W - 2, 2}), xEnd);
+            border(j, x0, std::min(xEnd, 2));
+            border(j, std::max({x0, W - 2, 2}), xEnd);
         }
     }
 
     // Interior.
-    const int c0 = std::max(rg.x, 2), c1 = std::min(xEnd, W - 2);
-    for (int j = std::max(rg.y, 2); j < std::min(yEnd, H - 2); ++j) stretch(j, c0, c1, true);
+    const int c0 = std::max(x0, 2), c1 = std::min(xEnd, W - 2);
+    for (int j = std::max(y0, 2); j < std::min(yEnd, H - 2); ++j) stretch(j, c0, c1, true);
 }
 
 }  // namespace tpx::bayer

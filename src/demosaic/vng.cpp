@@ -1,5 +1,5 @@
 // VNG demosaicing members: entries and the driver over rows and column chunks.
-#include "demosaic/cfa_common.hpp"
+#include "demosaic/bayer_frame.hpp"
 #include "demosaic/vng.hpp"
 #include "frame/cpu.hpp"
 #include "frame/image.hpp"
@@ -46,7 +46,7 @@ void applyScale(T* px, int n, const Tpx32f scale[4]) {
 constexpr int kChunk = 1024;
 
 template <class T>
-void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, const cfa::Region& r, int grid,
+void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, const bayer::Region& r, bayer::Phase ph,
          const Tpx32f scale[4]) {
     const RowFn<T> simdRow = chooseRow<T>();
     const bool plain = scale[0] == 1.0f && scale[1] == 1.0f && scale[2] == 1.0f && scale[3] == 1.0f;
@@ -54,9 +54,9 @@ void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, c
     for (int64_t oy = 0; oy < r.height; ++oy) {
         const int64_t y = r.y + oy;
         const T* srcRows[5];
-        for (int k = 0; k < 5; ++k) srcRows[k] = rowAt(src, srcStep, cfa::mirror(y - 2 + k, r.imageHeight));
+        for (int k = 0; k < 5; ++k) srcRows[k] = rowAt(src, srcStep, bayer::mirror(y - 2 + k, r.imageHeight));
         T* out = rowAt(dst, dstStep, oy);
-        const bool rowRed = cfa::colourAt(grid, 0, y) == cfa::Red || cfa::colourAt(grid, 1, y) == cfa::Red;
+        const bool rowRed = ph.redRow(y);
         for (int64_t ox = 0; ox < r.width; ox += kChunk) {
             const int64_t x = r.x + ox;
             const int n = int(r.width - ox < kChunk ? r.width - ox : kChunk);
@@ -70,13 +70,13 @@ void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, c
                 const int64_t hi = x + n + 2 > r.imageWidth ? r.imageWidth : x + n + 2;
                 for (int k = 0; k < 5; ++k) {
                     std::memcpy(pad[k] + (lo - (x - 2)), srcRows[k] + lo, size_t(hi - lo) * sizeof(T));
-                    for (int64_t i = x - 2; i < lo; ++i) pad[k][i - (x - 2)] = srcRows[k][cfa::mirror(i, r.imageWidth)];
+                    for (int64_t i = x - 2; i < lo; ++i) pad[k][i - (x - 2)] = srcRows[k][bayer::mirror(i, r.imageWidth)];
                     for (int64_t i = hi; i < x + n + 2; ++i)
-                        pad[k][i - (x - 2)] = srcRows[k][cfa::mirror(i, r.imageWidth)];
+                        pad[k][i - (x - 2)] = srcRows[k][bayer::mirror(i, r.imageWidth)];
                     rows[k] = pad[k];
                 }
             }
-            const bool firstGreen = cfa::colourAt(grid, x, y) == cfa::Green;
+            const bool firstGreen = ph.at(x, y) == bayer::Colour::Green;
             T* o = out + 4 * ox;
             const int done = simdRow(rows, n, firstGreen, rowRed, o);
             if (done < n) {
@@ -97,11 +97,10 @@ TpxStatus entry(const T* pSrc, Rect roi, Size size, Step srcStep, const Tpx32f s
     TPX_CHECK(check::notNull(pSrc, pDst, scale));
     if constexpr (sizeof(Step) == 8)
         TPX_CHECK(check::fits32(size.width, size.height, roi.x, roi.y, roi.width, roi.height));
-    cfa::Region r;
-    TPX_CHECK(cfa::checkRegion(roi.x, roi.y, roi.width, roi.height, size.width, size.height, int(grid),
-                               cfa::kMinSide, r));
+    bayer::Region r;
+    TPX_CHECK(bayer::checkRegion(roi, size, int(grid), bayer::kHighQualityMinSide, r));
     if (r.empty()) return tpxStatusOk;
-    run(pSrc, srcStep, pDst, dstStep, r, int(grid), scale);
+    run(pSrc, srcStep, pDst, dstStep, r, bayer::Phase::of(grid), scale);
     return tpxStatusOk;
 }
 
