@@ -49,12 +49,25 @@ inline int blocks(const T* dst, int n, int width, Block&& block) {
     return blocks<V>(dst, int(sizeof(T)), n, width, block);
 }
 
-// Asks for the source lines `kAhead` bytes beyond a block of `bytes` bytes at p:
-// the hardware prefetchers stop at page boundaries, and rows read from the
-// last-level cache run faster with the next lines already on their way.
-constexpr int kAhead = 1024;
+// Asks for the lines `Ahead` bytes beyond a block of `bytes` bytes at p: the
+// hardware prefetchers stop at page boundaries, and rows read from the
+// last-level cache run faster with the next lines already on their way. The
+// source is requested 4 KiB ahead, the destination (a read request, so the
+// stores find their lines in L1) 1 KiB ahead. Against 1 KiB for the source
+// and no destination requests, 16u/16s/32f/64f rows measured about 0.88-0.97
+// of the time; 8u rows, already as fast as a copy of the same bytes, stay
+// alike. A hint only: it never faults and changes no data, also past the end
+// of the image.
+constexpr int kSourceAhead = 4096, kDestinationAhead = 1024;
+template <int Ahead>
 inline void prefetchAhead(const void* p, int bytes) {
-    for (int k = 0; k < bytes; k += 64) __builtin_prefetch(static_cast<const char*>(p) + kAhead + k);
+    for (int k = 0; k < bytes; k += 64) __builtin_prefetch(static_cast<const char*>(p) + Ahead + k);
+}
+// The source lines of a block of `srcBytes` at s and the destination lines of
+// its `dstBytes` at d.
+inline void prefetchBlock(const void* s, int srcBytes, const void* d, int dstBytes) {
+    prefetchAhead<kSourceAhead>(s, srcBytes);
+    prefetchAhead<kDestinationAhead>(d, dstBytes);
 }
 
 // ---- 8u --------------------------------------------------------------------
@@ -98,7 +111,7 @@ int colorRow8u(const uint8_t* src, uint8_t* dst, int n, const uint16_t* q) {
     if constexpr (Ch == 4) {
         return blocks<V>(dst, n, 4 * kPx, [&](int x) {
             const uint8_t* s = src + std::ptrdiff_t(x) * 4;
-            prefetchAhead(s, 16 * kPx);
+            prefetchBlock(s, 16 * kPx, dst + x, 4 * kPx);
             const I lo = g.pixels(V::loadu(s), V::loadu(s + 4 * kPx));
             const I hi = g.pixels(V::loadu(s + 8 * kPx), V::loadu(s + 12 * kPx));
             V::storeu(dst + x, Gray8u<V>::pack(lo, hi));
@@ -113,7 +126,7 @@ int colorRow8u(const uint8_t* src, uint8_t* dst, int n, const uint16_t* q) {
         const I shuffle = V::lanesC3Shuffle(spread.data());
         return blocks<V>(dst, n, 4 * kPx, [&](int x) {
             const uint8_t* s = src + std::ptrdiff_t(x) * 3;
-            prefetchAhead(s, 12 * kPx);
+            prefetchBlock(s, 12 * kPx, dst + x, 4 * kPx);
             I r[4];
             for (int k = 0; k < 4; ++k) r[k] = V::shuffle8(V::lanesC3(s + k * 3 * kPx), shuffle);
             V::storeu(dst + x, Gray8u<V>::pack(g.pixels(r[0], r[1]), g.pixels(r[2], r[3])));
@@ -208,13 +221,14 @@ int colorRowFloat(const T* src, T* dst, int n, const float* w) {
     if constexpr (std::is_same_v<T, float>) {
         return blocks<V>(dst, n, kF, [&](int x) {
             const float* s = src + std::ptrdiff_t(x) * Ch;
-            prefetchAhead(s, 4 * Ch * kF);
+            prefetchBlock(s, 4 * Ch * kF, dst + x, 4 * kF);
             V::storef(dst + x, px.gray(s));
         });
     } else {
         const I low16 = V::set1_32(0xFFFFu), sign = V::set1_32(0x80008000u);
         return blocks<V>(dst, n, 2 * kF, [&](int x) {
             const T* s = src + std::ptrdiff_t(x) * Ch;
+            prefetchBlock(s, 4 * Ch * kF, dst + x, 4 * kF);
             I a = V::cvt_i(px.gray(s)), b = V::cvt_i(px.gray(s + kF * Ch));
             I out;
             if constexpr (std::is_same_v<T, uint16_t>) {
@@ -241,7 +255,7 @@ int colorRow64f(const double* src, double* dst, int n, const double* w) {
                         o2 = V::idxD(C3Channel<V, kD, 2>::kOrder.data());
     return blocks<V>(dst, n, kD, [&](int x) {
         const double* p = src + std::ptrdiff_t(x) * Ch;
-        prefetchAhead(p, 8 * Ch * kD);
+        prefetchBlock(p, 8 * Ch * kD, dst + x, 8 * kD);
         D r, g, b;
         if constexpr (Ch == 3) {
             const D v0 = V::loadd(p), v1 = V::loadd(p + kD), v2 = V::loadd(p + 2 * kD);
