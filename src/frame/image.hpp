@@ -15,12 +15,6 @@ inline T* rowAt(T* base, std::ptrdiff_t step, std::ptrdiff_t y) {
     return reinterpret_cast<T*>(reinterpret_cast<Byte*>(base) + step * y);
 }
 
-// The same pointer moved by a signed byte count.
-template <class T>
-inline T* byteOffset(T* p, std::ptrdiff_t bytes) {
-    return rowAt(p, bytes, 1);
-}
-
 // Saturation of an int to 0..255.
 constexpr uint8_t clamp255(int v) { return uint8_t(v < 0 ? 0 : v > 255 ? 255 : v); }
 
