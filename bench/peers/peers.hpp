@@ -28,6 +28,11 @@ struct Registrar {
 // A buffer of random bytes, shared by the closures that use it.
 std::shared_ptr<std::vector<uint8_t>> randomBytes(size_t n, uint32_t seed);
 
+// Bytes the conversion `name` (a function name such as
+// tpxiRGBToYCbCr420_8u_C3P3R) reads and writes over a width x height ROI:
+// source bytes + destination bytes; 0 where the name gives no layouts.
+size_t trafficBytes(const std::string& name, int width, int height);
+
 }  // namespace peers
 
 #define TPX_PEERS(fn)                                         \
