@@ -209,8 +209,6 @@ Step repackStep(const Format& a, const Format& b) {
 
 bool matches(const char* pattern, const Format& f) { return f.name == pattern || f.group == pattern; }
 
-const char* matrixName(Matrix m) { return m == Matrix::Bt709 ? "BT.709" : "BT.601"; }
-
 }  // namespace
 
 bool Route::exact() const {
@@ -256,9 +254,14 @@ Route findRoute(const Format& from, const Format& to, const Options& opt) {
         }
     }
     const size_t target = size_t(formatIndex(to));
-    if (dist[target] == INT_MAX)
-        throw Failure("no conversion from " + from.name + " to " + to.name + " with " + matrixName(opt.matrix) +
-                      (from.isBayer() ? " and this demosaic method" : "") + " in this library");
+    if (dist[target] == INT_MAX) {
+        std::string why = "no conversion from " + from.name + " to " + to.name + " in this library";
+        if (opt.matrix == Matrix::Bt709) why += " with BT.709";
+        if (from.isBayer() && opt.method != Method::Bilinear)
+            why += opt.matrix == Matrix::Bt709 ? " and this demosaic method" : " with this demosaic method";
+        if (from.bytes != to.bytes) why += " (16-bit formats convert only among themselves)";
+        throw Failure(why);
+    }
     Route r;
     for (size_t v = target; v != size_t(formatIndex(from)); v = size_t(formatIndex(*edges[size_t(via[v])].second.from)))
         r.steps.push_back(edges[size_t(via[v])].second);
