@@ -13,7 +13,11 @@ namespace {
 std::string quoted(const std::string& path) { return "'" + path + "'"; }
 std::string reason() { return std::strerror(errno); }
 
-// 16-bit PPM/PGM samples are big-endian; the raw 16-bit formats little-endian.
+// 16-bit PPM/PGM samples are big-endian, the raw 16-bit formats
+// little-endian; in memory they are in the processor's order.
+constexpr bool kHostBigEndian = __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__;
+bool needsSwap(const Format& f, bool fileBigEndian) { return f.bytes == 2 && fileBigEndian != kHostBigEndian; }
+
 void swapBytes(uint8_t* p, size_t n) {
     for (size_t i = 0; i + 1 < n; i += 2) std::swap(p[i], p[i + 1]);
 }
@@ -61,11 +65,12 @@ Input::Input(const std::string& path, const Format* fmt, int w, int h) : path_(p
         if (std::fread(magic, 1, 2, file_) != 2 || magic[0] != 'P' || (magic[1] != '5' && magic[1] != '6'))
             throw Failure(quoted(path) + " is not a binary PPM/PGM image; raw input needs --size WxH and --pix-fmt");
         const long wl = pnmNumber(file_, path), hl = pnmNumber(file_, path), maxval = pnmNumber(file_, path);
-        if (wl < 1 || hl < 1 || maxval < 1 || maxval > 65535)
+        if (wl < 1 || hl < 1 || wl > 1 << 20 || hl > 1 << 20 || maxval < 1 || maxval > 65535)
             throw Failure(quoted(path) + " has a damaged PPM/PGM header");
         w_ = int(wl), h_ = int(hl);
-        bigEndian_ = maxval > 255;
-        fmt_ = &formatNamed(magic[1] == '5' ? (bigEndian_ ? "gray16le" : "gray") : (bigEndian_ ? "rgb48le" : "rgb24"));
+        pnm_ = true;
+        const bool deep = maxval > 255;
+        fmt_ = &formatNamed(magic[1] == '5' ? (deep ? "gray16le" : "gray") : (deep ? "rgb48le" : "rgb24"));
         length -= std::ftell(file_);
         if (length < (long long)fmt_->frameBytes(w_, h_))
             throw Failure(quoted(path) + " is truncated: the image needs " + std::to_string(fmt_->frameBytes(w_, h_)) +
@@ -92,7 +97,7 @@ Frame Input::read() {
     Frame f(*fmt_, w_, h_);
     if (std::fread(f.data.data(), 1, f.bytes(), file_) != f.bytes())
         throw Failure("cannot read " + quoted(path_) + ": " + (std::ferror(file_) ? reason() : "file is shorter than it was"));
-    if (bigEndian_) swapBytes(f.data.data(), f.bytes());
+    if (needsSwap(*fmt_, pnm_)) swapBytes(f.data.data(), f.bytes());
     return f;
 }
 
@@ -122,10 +127,10 @@ void Output::write(const Frame& frame) {
         ok = std::fprintf(file_, "P%c\n%d %d\n%d\n", gray ? '5' : '6', frame.view.w, frame.view.h,
                           fmt_.bytes == 1 ? 255 : 65535) > 0;
     }
-    if (pnm_ && fmt_.bytes == 2) {
-        std::vector<uint8_t> be(frame.data.begin(), frame.data.begin() + std::ptrdiff_t(frame.bytes()));
-        swapBytes(be.data(), be.size());
-        ok = ok && std::fwrite(be.data(), 1, be.size(), file_) == be.size();
+    if (needsSwap(fmt_, pnm_)) {
+        std::vector<uint8_t> swapped(frame.data.begin(), frame.data.begin() + std::ptrdiff_t(frame.bytes()));
+        swapBytes(swapped.data(), swapped.size());
+        ok = ok && std::fwrite(swapped.data(), 1, swapped.size(), file_) == swapped.size();
     } else {
         ok = ok && std::fwrite(frame.data.data(), 1, frame.bytes(), file_) == frame.bytes();
     }

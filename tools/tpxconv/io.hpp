@@ -30,7 +30,7 @@ private:
     const Format* fmt_ = nullptr;
     int w_ = 0, h_ = 0;
     long long frames_ = 0;
-    bool bigEndian_ = false;  // 16-bit PPM/PGM samples
+    bool pnm_ = false;
 };
 
 class Output {

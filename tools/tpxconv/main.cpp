@@ -30,6 +30,8 @@ const char kUsage[] =
     "formats: rgb24 bgr24 rgba bgra gray gray16le rgb48le bgra64le yuv444p yuv422p yuv420p yuv411p\n"
     "         nv12 nv21 yuyv422 uyvy422 bayer_{bggr,rggb,gbrg,grbg}8 bayer_{bggr,rggb,gbrg,grbg}16le\n";
 
+constexpr int kMaxSide = 1 << 20;
+
 struct Args {
     std::string input, output, pixFmt, to;
     int w = 0, h = 0, threads = 1;
@@ -72,7 +74,8 @@ Args parse(int argc, char** argv) {
         else if (arg == "--to") a.to = v;
         else if (arg == "--size") {
             int wh[2];
-            if (!parseInts(v, 'x', wh, 2) || wh[0] < 1 || wh[1] < 1) throw Failure("--size wants WxH, got '" + v + "'");
+            if (!parseInts(v, 'x', wh, 2) || wh[0] < 1 || wh[1] < 1 || wh[0] > kMaxSide || wh[1] > kMaxSide)
+                throw Failure("--size wants WxH, each 1.." + std::to_string(kMaxSide) + ", got '" + v + "'");
             a.w = wh[0], a.h = wh[1];
         } else if (arg == "--matrix") {
             if (v != "601" && v != "709") throw Failure("--matrix wants 601 or 709, got '" + v + "'");
