@@ -5,11 +5,10 @@
 #include "io.hpp"
 
 #include <algorithm>
+#include <cctype>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <string>
-#include <thread>
 #include <unistd.h>
 #include <vector>
 
