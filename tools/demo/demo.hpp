@@ -39,6 +39,11 @@ double bestTime(Fn&& fn, int reps = 5) {
     return best;
 }
 
+// The test image of the demo.
+Picture makePicture(int w, int h);
+// Runs every registered conversion on `pic` and prints one line for each.
+void printTable(const Picture& pic);
+
 using DemoFn = void (*)(const Picture&, Report&);
 struct Registrar {
     Registrar(const char* family, DemoFn fn);

@@ -16,6 +16,8 @@ std::vector<Entry>& registry() {
     return r;
 }
 
+}  // namespace
+
 Picture makePicture(int w, int h) {
     Picture p;
     p.width = w;
@@ -45,8 +47,6 @@ Picture makePicture(int w, int h) {
     return p;
 }
 
-}  // namespace
-
 Registrar::Registrar(const char* family, DemoFn fn) { registry().push_back({family, fn}); }
 
 void Report::add(const std::string& function, TpxStatus status, double maxError, double seconds, double pixels) {
@@ -56,18 +56,16 @@ void Report::add(const std::string& function, TpxStatus status, double maxError,
                 seconds > 0 ? pixels / seconds / 1e6 : 0.0);
 }
 
-}  // namespace demo
-
-int main() {
+void printTable(const Picture& pic) {
     const TpxLibraryVersion* v = tpxccGetLibVersion();
     std::printf("%s, version %s\n", v->name, v->versionText);
-    const demo::Picture pic = demo::makePicture(1920, 1080);
     std::printf("test image %d x %d\n\n", pic.width, pic.height);
     std::printf("%-44s %6s %9s %10s\n", "function", "status", "max err", "Mpix/s");
-    auto& entries = demo::registry();
+    auto& entries = registry();
     std::stable_sort(entries.begin(), entries.end(),
                      [](const auto& a, const auto& b) { return std::string(a.family) < b.family; });
-    demo::Report report;
+    Report report;
     for (const auto& e : entries) e.fn(pic, report);
-    return 0;
 }
+
+}  // namespace demo

@@ -1,0 +1,288 @@
+#include "routes.hpp"
+
+#include <algorithm>
+#include <climits>
+
+namespace conv {
+namespace {
+
+// Edge costs: a route first avoids dropping colour, then computing steps.
+enum Cost { kExact = 1, kLossy = 10, kGray = 100 };
+
+struct Edge {
+    const char* from;  // a format name, or a group ("bayer8", "bayer16")
+    const char* to;
+    Matrix matrix;  // Any: not a conversion between RGB and YCbCr
+    Method method;  // Any: not a demosaic
+    int cost;
+    const char* function;
+    Run run;
+};
+
+Tpx16u* u16(uint8_t* p) { return reinterpret_cast<Tpx16u*>(p); }
+
+// YCrCb members take the planes in the order Y, Cr, Cb.
+View swapChroma(View v) {
+    std::swap(v.p[1], v.p[2]);
+    std::swap(v.step[1], v.step[2]);
+    return v;
+}
+
+TpxBayerGrid grid(const View& v) { return TpxBayerGrid(v.fmt->grid); }
+
+const Tpx32f kBgrWeights[3] = {0.114f, 0.587f, 0.299f};  // the fixed gray weights, channels reversed
+const Tpx32f kUnitScale[4] = {1.f, 1.f, 1.f, 1.f};
+
+// Argument patterns of the exports: packed (S0, D0), planes with one shared
+// step (SP1, DP1) or one step each (SP, DP), two planes (S2, D2), 16-bit
+// packed (S16, D16) and the mosaic (MOS).
+#define S0 s.p[0], s.step[0]
+#define D0 d.p[0], d.step[0]
+#define SP1 s.p, s.step[0]
+#define DP1 d.p, d.step[0]
+#define SP s.p, s.step
+#define DP d.p, d.step
+#define S2 s.p[0], s.step[0], s.p[1], s.step[1]
+#define D2 d.p[0], d.step[0], d.p[1], d.step[1]
+#define S16 u16(s.p[0]), s.step[0]
+#define D16 u16(d.p[0]), d.step[0]
+#define MOS s.p[0], s.mosaicRoi, s.mosaicSize, s.step[0]
+#define MOS16 u16(s.p[0]), s.mosaicRoi, s.mosaicSize, s.step[0]
+#define ROI s.roi()
+#define AL Tpx8u(o.alpha)
+#define E(from, to, matrix, method, cost, fn, args)                                             \
+    {from, to, Matrix::matrix, Method::method, cost, #fn,                                        \
+     [](const View& s, const View& d, const Options& o) -> TpxStatus { (void)o; (void)d; return fn args; }}
+
+const Edge kEdges[] = {
+    // RGB and BGR to YCbCr (BT.601 studio range unless marked)
+    E("rgb24", "yuv444p", Bt601, Any, kLossy, tpxiRGBToYCbCr_8u_C3P3R, (S0, DP1, ROI)),
+    E("rgba", "yuv444p", Bt601, Any, kLossy, tpxiRGBToYCbCr_8u_AC4P3R, (S0, DP1, ROI)),
+    E("rgb24", "yuv422p", Bt601, Any, kLossy, tpxiRGBToYCbCr422_8u_C3P3R, (S0, DP, ROI)),
+    E("bgr24", "yuv422p", Bt601, Any, kLossy, tpxiBGRToYCbCr422_8u_C3P3R, (S0, DP, ROI)),
+    E("bgra", "yuv422p", Bt601, Any, kLossy, tpxiBGRToYCbCr422_8u_AC4P3R, (S0, DP, ROI)),
+    E("rgb24", "yuyv422", Bt601, Any, kLossy, tpxiRGBToYCbCr422_8u_C3C2R, (S0, D0, ROI)),
+    E("bgr24", "yuyv422", Bt601, Any, kLossy, tpxiBGRToYCbCr422_8u_C3C2R, (S0, D0, ROI)),
+    E("bgra", "yuyv422", Bt601, Any, kLossy, tpxiBGRToYCbCr422_8u_AC4C2R, (S0, D0, ROI)),
+    E("rgb24", "uyvy422", Bt601, Any, kLossy, tpxiRGBToCbYCr422_8u_C3C2R, (S0, D0, ROI)),
+    E("bgra", "uyvy422", Bt601, Any, kLossy, tpxiBGRToCbYCr422_8u_AC4C2R, (S0, D0, ROI)),
+    E("rgb24", "yuv420p", Bt601, Any, kLossy, tpxiRGBToYCbCr420_8u_C3P3R, (S0, DP, ROI)),
+    E("bgr24", "yuv420p", Bt601, Any, kLossy, tpxiBGRToYCbCr420_8u_C3P3R, (S0, DP, ROI)),
+    E("bgra", "yuv420p", Bt601, Any, kLossy, tpxiBGRToYCbCr420_8u_AC4P3R, (S0, DP, ROI)),
+    E("rgba", "yuv420p", Bt601, Any, kLossy, tpxiRGBToYCrCb420_8u_AC4P3R, (S0, swapChroma(d).p, swapChroma(d).step, ROI)),
+    E("rgb24", "nv12", Bt601, Any, kLossy, tpxiRGBToYCbCr420_8u_C3P2R, (S0, D2, ROI)),
+    E("rgba", "nv12", Bt601, Any, kLossy, tpxiRGBToYCbCr420_8u_C4P2R, (S0, D2, ROI)),
+    E("bgr24", "nv12", Bt601, Any, kLossy, tpxiBGRToYCbCr420_8u_C3P2R, (S0, D2, ROI)),
+    E("bgra", "nv12", Bt601, Any, kLossy, tpxiBGRToYCbCr420_8u_AC4P2R, (S0, D2, ROI)),
+    E("bgr24", "yuv411p", Bt601, Any, kLossy, tpxiBGRToYCbCr411_8u_C3P3R, (S0, DP, ROI)),
+    E("bgra", "yuv411p", Bt601, Any, kLossy, tpxiBGRToYCbCr411_8u_AC4P3R, (S0, DP, ROI)),
+    E("bgr24", "yuv420p", Bt709, Any, kLossy, tpxiBGRToYCbCr420_709CSC_8u_C3P3R, (S0, DP, ROI)),
+    E("bgra", "yuv420p", Bt709, Any, kLossy, tpxiBGRToYCbCr420_709CSC_8u_AC4P3R, (S0, DP, ROI)),
+    E("bgr24", "nv12", Bt709, Any, kLossy, tpxiBGRToYCbCr420_709CSC_8u_C3P2R, (S0, D2, ROI)),
+    E("bgra", "nv12", Bt709, Any, kLossy, tpxiBGRToYCbCr420_709CSC_8u_AC4P2R, (S0, D2, ROI)),
+    // YCbCr to RGB and BGR
+    E("yuv444p", "rgb24", Bt601, Any, kLossy, tpxiYCbCrToRGB_8u_P3C3R, (SP1, D0, ROI)),
+    E("yuv444p", "rgba", Bt601, Any, kLossy, tpxiYCbCrToRGB_8u_P3C4R, (SP1, D0, ROI, AL)),
+    E("yuv444p", "bgr24", Bt601, Any, kLossy, tpxiYCbCrToBGR_8u_P3C3R, (SP1, D0, ROI)),
+    E("yuv444p", "bgra", Bt601, Any, kLossy, tpxiYCbCrToBGR_8u_P3C4R, (SP1, D0, ROI, AL)),
+    E("yuv444p", "bgr24", Bt709, Any, kLossy, tpxiYCbCrToBGR_709CSC_8u_P3C3R, (SP1, D0, ROI)),
+    E("yuv444p", "bgra", Bt709, Any, kLossy, tpxiYCbCrToBGR_709CSC_8u_P3C4R, (SP1, D0, ROI, AL)),
+    E("yuyv422", "rgb24", Bt601, Any, kLossy, tpxiYCbCr422ToRGB_8u_C2C3R, (S0, D0, ROI)),
+    E("yuyv422", "rgba", Bt601, Any, kLossy, tpxiYCbCr422ToRGB_8u_C2C4R, (S0, D0, ROI, AL)),
+    E("yuyv422", "bgr24", Bt601, Any, kLossy, tpxiYCbCr422ToBGR_8u_C2C3R, (S0, D0, ROI)),
+    E("yuyv422", "bgra", Bt601, Any, kLossy, tpxiYCbCr422ToBGR_8u_C2C4R, (S0, D0, ROI, AL)),
+    E("uyvy422", "rgb24", Bt601, Any, kLossy, tpxiCbYCr422ToRGB_8u_C2C3R, (S0, D0, ROI)),
+    E("uyvy422", "bgra", Bt601, Any, kLossy, tpxiCbYCr422ToBGR_8u_C2C4R, (S0, D0, ROI, AL)),
+    E("yuv422p", "rgb24", Bt601, Any, kLossy, tpxiYCbCr422ToRGB_8u_P3C3R, (SP, D0, ROI)),
+    E("yuv422p", "bgr24", Bt601, Any, kLossy, tpxiYCbCr422ToBGR_8u_P3C3R, (SP, D0, ROI)),
+    E("yuv420p", "rgb24", Bt601, Any, kLossy, tpxiYCbCr420ToRGB_8u_P3C3R, (SP, D0, ROI)),
+    E("yuv420p", "bgr24", Bt601, Any, kLossy, tpxiYCbCr420ToBGR_8u_P3C3R, (SP, D0, ROI)),
+    E("yuv420p", "bgra", Bt601, Any, kLossy, tpxiYCbCr420ToBGR_8u_P3C4R, (SP, D0, ROI, AL)),
+    E("yuv420p", "rgba", Bt601, Any, kLossy, tpxiYCrCb420ToRGB_8u_P3C4R, (swapChroma(s).p, swapChroma(s).step, D0, ROI, AL)),
+    E("yuv420p", "bgr24", Bt709, Any, kLossy, tpxiYCbCr420ToBGR_709CSC_8u_P3C3R, (SP, D0, ROI)),
+    E("nv12", "rgb24", Bt601, Any, kLossy, tpxiYCbCr420ToRGB_8u_P2C3R, (S2, D0, ROI)),
+    E("nv12", "rgba", Bt601, Any, kLossy, tpxiYCbCr420ToRGB_8u_P2C4R, (S2, D0, ROI, AL)),
+    E("nv12", "bgr24", Bt601, Any, kLossy, tpxiYCbCr420ToBGR_8u_P2C3R, (S2, D0, ROI)),
+    E("nv12", "bgra", Bt601, Any, kLossy, tpxiYCbCr420ToBGR_8u_P2C4R, (S2, D0, ROI, AL)),
+    E("nv21", "rgb24", Bt601, Any, kLossy, tpxiYCrCb420ToRGB_8u_P2C3R, (S2, D0, ROI)),
+    E("nv21", "rgba", Bt601, Any, kLossy, tpxiYCrCb420ToRGB_8u_P2C4R, (S2, D0, ROI, AL)),
+    E("nv21", "bgr24", Bt601, Any, kLossy, tpxiYCrCb420ToBGR_8u_P2C3R, (S2, D0, ROI)),
+    E("nv21", "bgra", Bt601, Any, kLossy, tpxiYCrCb420ToBGR_8u_P2C4R, (S2, D0, ROI, AL)),
+    E("yuv411p", "bgr24", Bt601, Any, kLossy, tpxiYCbCr411ToBGR_8u_P3C3R, (SP, D0, ROI)),
+    E("yuv411p", "bgra", Bt601, Any, kLossy, tpxiYCbCr411ToBGR_8u_P3C4R, (SP, D0, ROI, AL)),
+    // Gray
+    E("rgb24", "gray", Any, Any, kGray, tpxiRGBToGray_8u_C3C1R, (S0, D0, ROI)),
+    E("rgba", "gray", Any, Any, kGray, tpxiRGBToGray_8u_AC4C1R, (S0, D0, ROI)),
+    E("bgr24", "gray", Any, Any, kGray, tpxiColorToGray_8u_C3C1R, (S0, D0, ROI, kBgrWeights)),
+    E("bgra", "gray", Any, Any, kGray, tpxiColorToGray_8u_AC4C1R, (S0, D0, ROI, kBgrWeights)),
+    E("rgb48le", "gray16le", Any, Any, kGray, tpxiRGBToGray_16u_C3C1R, (S16, D16, ROI)),
+    E("bgra64le", "gray16le", Any, Any, kGray, tpxiColorToGray_16u_AC4C1R, (S16, D16, ROI, kBgrWeights)),
+    E("gray", "rgb24", Any, Any, kExact, tpxiGrayToRGB_8u_C1C3R, (S0, D0, ROI)),
+    E("gray", "bgr24", Any, Any, kExact, tpxiGrayToRGB_8u_C1C3R, (S0, D0, ROI)),
+    E("gray", "rgba", Any, Any, kExact, tpxiGrayToRGB_8u_C1C4R, (S0, D0, ROI, AL)),
+    E("gray", "bgra", Any, Any, kExact, tpxiGrayToRGB_8u_C1C4R, (S0, D0, ROI, AL)),
+    E("gray16le", "rgb48le", Any, Any, kExact, tpxiGrayToRGB_16u_C1C3R, (S16, D16, ROI)),
+    E("gray16le", "bgra64le", Any, Any, kExact, tpxiGrayToRGB_16u_C1C4R, (S16, D16, ROI, Tpx16u(o.alpha * 257))),
+    // Bayer mosaics
+    E("bayer8", "rgb24", Any, Bilinear, kLossy, tpxiCFAToRGB_8u_C1C3R, (MOS, D0, grid(s), 0)),
+    E("bayer8", "rgb24", Any, Ahd, kLossy, tpxiDemosaicAHD_8u_C1C3R, (MOS, D0, grid(s))),
+    E("bayer8", "bgra", Any, Vng, kLossy, tpxiCFAToBGRA_VNG_8u_C1C4R, (MOS, kUnitScale, D0, grid(s))),
+    E("bayer16", "rgb48le", Any, Bilinear, kLossy, tpxiCFAToRGB_16u_C1C3R, (MOS16, D16, grid(s), 0)),
+    E("bayer16", "rgb48le", Any, Ahd, kLossy, tpxiDemosaicAHD_16u_C1C3R, (MOS16, D16, grid(s))),
+    E("bayer16", "bgra64le", Any, Vng, kLossy, tpxiCFAToBGRA_VNG_16u_C1C4R, (MOS16, kUnitScale, D16, grid(s))),
+};
+
+// ---- Repacking: moving samples between layouts of the same components ----
+//
+// The library's gray conversion with the weights (1, 0, 0), (0, 1, 0) or
+// (0, 0, 1) returns the selected channel exactly (8u: (c * 32768 + 16384) >> 15
+// and its grouped form both give c; 16u: c * 1.0f), so a conversion with a
+// one-pixel-wide ROI and the steps set to the sample distances copies every
+// sample of one component from one layout into another. The weight picks the
+// sample itself or one up to two elements before it, so the read never starts
+// before the row; it may end two elements after the last sample (frames keep
+// slack for that).
+const Tpx32f kSelect[3][3] = {{1.f, 0.f, 0.f}, {0.f, 1.f, 0.f}, {0.f, 0.f, 1.f}};
+
+TpxStatus gather(const uint8_t* src, int srcStride, int offset, uint8_t* dst, int dstStride, int n, int bytes) {
+    const int back = std::min(offset, 2);
+    const TpxSize column{1, n};
+    if (bytes == 1)
+        return tpxiColorToGray_8u_C3C1R(src - back, srcStride, dst, dstStride, column, kSelect[back]);
+    const Tpx16u* s16 = reinterpret_cast<const Tpx16u*>(src) - back;
+    return tpxiColorToGray_16u_C3C1R(s16, srcStride, u16(dst), dstStride, column, kSelect[back]);
+}
+
+// Alpha of a four-channel destination that the source lacks: gray-to-colour
+// with alpha writes it (the colour bytes are overwritten afterwards).
+TpxStatus fillAlpha(const View& d, int alpha) {
+    const std::vector<uint8_t> zero(size_t(d.w) * size_t(d.fmt->bytes));
+    const int zeroStep = int(zero.size());
+    for (int y = 0; y < d.h; ++y) {
+        uint8_t* row = d.p[0] + std::ptrdiff_t(y) * d.step[0];
+        const TpxStatus st =
+            d.fmt->bytes == 1
+                ? tpxiGrayToRGB_8u_C1C4R(zero.data(), zeroStep, row, d.step[0], {d.w, 1}, Tpx8u(alpha))
+                : tpxiGrayToRGB_16u_C1C4R(reinterpret_cast<const Tpx16u*>(zero.data()), zeroStep, u16(row),
+                                          d.step[0], {d.w, 1}, Tpx16u(alpha * 257));
+        if (st < 0) return st;
+    }
+    return tpxStatusOk;
+}
+
+TpxStatus repack(const View& s, const View& d, const Options& o) {
+    const Format &fs = *s.fmt, &fd = *d.fmt;
+    const int bytes = fd.bytes;
+    if (fd.hasComp(Comp::A) && !fs.hasComp(Comp::A))
+        if (TpxStatus st = fillAlpha(d, o.alpha); st < 0) return st;
+    for (const Channel& cd : fd.channels) {
+        const Channel* cs = fs.channel(cd.comp);
+        if (!cs) continue;
+        const int rows = d.h / fd.compYdiv(cd), n = d.w / fd.compXdiv(cd);
+        for (int r = 0; r < rows; ++r) {
+            const uint8_t* sp = s.p[cs->plane] + std::ptrdiff_t(r) * s.step[cs->plane] + cs->offset * bytes;
+            uint8_t* dp = d.p[cd.plane] + std::ptrdiff_t(r) * d.step[cd.plane] + cd.offset * bytes;
+            if (TpxStatus st = gather(sp, cs->stride * bytes, cs->offset, dp, cd.stride * bytes, n, bytes); st < 0)
+                return st;
+        }
+    }
+    return tpxStatusOk;
+}
+
+// Layouts of the same colour components with the same sampling repack
+// exactly; a missing alpha is filled.
+bool repackable(const Format& a, const Format& b) {
+    if (&a == &b || a.bytes != b.bytes || a.isBayer() || b.isBayer()) return false;
+    for (const Channel& cb : b.channels) {
+        const Channel* ca = a.channel(cb.comp);
+        if (!ca && cb.comp == Comp::A) continue;
+        if (!ca || a.compXdiv(*ca) != b.compXdiv(cb) || a.compYdiv(*ca) != b.compYdiv(cb)) return false;
+    }
+    for (const Channel& ca : a.channels)
+        if (ca.comp != Comp::A && !b.hasComp(ca.comp)) return false;
+    return true;
+}
+
+Step repackStep(const Format& a, const Format& b) {
+    return {&a, &b, a.bytes == 1 ? "tpxiColorToGray_8u_C3C1R copy" : "tpxiColorToGray_16u_C3C1R copy", true, repack};
+}
+
+bool matches(const char* pattern, const Format& f) { return f.name == pattern || f.group == pattern; }
+
+}  // namespace
+
+bool Route::exact() const {
+    return std::all_of(steps.begin(), steps.end(), [](const Step& s) { return s.exact; });
+}
+
+std::string Route::describe() const {
+    std::string out = steps.empty() ? "" : steps.front().from->name;
+    for (const Step& s : steps) out += " -[" + s.function + "]-> " + s.to->name;
+    return out;
+}
+
+Route findRoute(const Format& from, const Format& to, const Options& opt) {
+    if (&from == &to && !from.isBayer()) return Route{{repackStep(from, to)}};  // a copy, of the ROI say
+    // All steps usable with these options, as (cost, step).
+    std::vector<std::pair<int, Step>> edges;
+    for (const Edge& e : kEdges) {
+        if (e.matrix != Matrix::Any && e.matrix != opt.matrix) continue;
+        if (e.method != Method::Any && e.method != opt.method) continue;
+        for (const Format& f : formats())
+            if (matches(e.from, f)) edges.push_back({e.cost, {&f, &formatNamed(e.to), e.function, e.cost == kExact, e.run}});
+    }
+    for (const Format& a : formats())
+        for (const Format& b : formats())
+            if (repackable(a, b)) edges.push_back({kExact, repackStep(a, b)});
+
+    // Cheapest path (Dijkstra over a handful of formats).
+    const size_t n = formats().size();
+    std::vector<int> dist(n, INT_MAX), via(n, -1);
+    std::vector<bool> done(n, false);
+    dist[size_t(formatIndex(from))] = 0;
+    for (;;) {
+        size_t u = n;
+        for (size_t i = 0; i < n; ++i)
+            if (!done[i] && dist[i] != INT_MAX && (u == n || dist[i] < dist[u])) u = i;
+        if (u == n) break;
+        done[u] = true;
+        for (size_t k = 0; k < edges.size(); ++k) {
+            const auto& [cost, step] = edges[k];
+            if (size_t(formatIndex(*step.from)) != u) continue;
+            const size_t v = size_t(formatIndex(*step.to));
+            if (dist[u] + cost < dist[v]) dist[v] = dist[u] + cost, via[v] = int(k);
+        }
+    }
+    const size_t target = size_t(formatIndex(to));
+    if (dist[target] == INT_MAX) {
+        std::string why = "no conversion from " + from.name + " to " + to.name + " in this library";
+        if (opt.matrix == Matrix::Bt709) why += " with BT.709";
+        if (from.isBayer() && opt.method != Method::Bilinear)
+            why += opt.matrix == Matrix::Bt709 ? " and this demosaic method" : " with this demosaic method";
+        if (from.bytes != to.bytes) why += " (16-bit formats convert only among themselves)";
+        throw Failure(why);
+    }
+    Route r;
+    for (size_t v = target; v != size_t(formatIndex(from)); v = size_t(formatIndex(*edges[size_t(via[v])].second.from)))
+        r.steps.push_back(edges[size_t(via[v])].second);
+    std::reverse(r.steps.begin(), r.steps.end());
+    return r;
+}
+
+void runRoute(const Route& route, const View& src, const View& dst, const Options& opt) {
+    View in = src;
+    Frame scratch[2];
+    for (size_t i = 0; i < route.steps.size(); ++i) {
+        const Step& s = route.steps[i];
+        View out = dst;
+        if (i + 1 < route.steps.size()) {
+            scratch[i % 2] = Frame(*s.to, src.w, src.h);
+            out = scratch[i % 2].view;
+        }
+        const TpxStatus st = s.run(in, out, opt);
+        if (st < 0) throw Failure(s.function + " failed with status " + std::to_string(st));
+        in = out;
+    }
+}
+
+}  // namespace conv
