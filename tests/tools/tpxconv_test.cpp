@@ -180,6 +180,14 @@ TEST(Tpxconv, BandsOnThreadsGiveTheSameBytes) {
         EXPECT_EQ(one.size(), size_t(50 * 40 * 3));
         EXPECT_EQ(readFile(path("three.rgb")), one);
     }
+    // VNG's own output has alpha: --alpha sets it.
+    ASSERT_EQ(tpxconv(path("mosaic.raw") + " " + path("a.raw") +
+                      " --pix-fmt bayer_grbg8 --size 64x48 --to bgra --demosaic vng --alpha 7")
+                  .code,
+              0);
+    const Bytes bgra = readFile(path("a.raw"));
+    ASSERT_EQ(bgra.size(), size_t(64 * 48 * 4));
+    for (size_t i = 3; i < bgra.size(); i += 4) ASSERT_EQ(bgra[i], 7) << i;
 }
 
 TEST(Tpxconv, BadInputGivesOneLineAndNoOutput) {

@@ -1,6 +1,7 @@
 #include "routes.hpp"
 
 #include <algorithm>
+#include <array>
 #include <climits>
 
 namespace conv {
@@ -31,7 +32,9 @@ View swapChroma(View v) {
 TpxBayerGrid grid(const View& v) { return TpxBayerGrid(v.fmt->grid); }
 
 const Tpx32f kBgrWeights[3] = {0.114f, 0.587f, 0.299f};  // the fixed gray weights, channels reversed
-const Tpx32f kUnitScale[4] = {1.f, 1.f, 1.f, 1.f};
+// VNG's gains for B, G, R and A: unit gains, and the alpha value as a fraction
+// of full scale (A is the full-scale value times its gain, rounded).
+std::array<Tpx32f, 4> vngGains(const Options& o) { return {1.f, 1.f, 1.f, Tpx32f(o.alpha) / 255.f}; }
 
 // Argument patterns of the exports: packed (S0, D0), planes with one shared
 // step (SP1, DP1) or one step each (SP, DP), two planes (S2, D2), 16-bit
@@ -126,10 +129,10 @@ const Edge kEdges[] = {
     // Bayer mosaics
     E("bayer8", "rgb24", Any, Bilinear, kLossy, tpxiCFAToRGB_8u_C1C3R, (MOS, D0, grid(s), 0)),
     E("bayer8", "rgb24", Any, Ahd, kLossy, tpxiDemosaicAHD_8u_C1C3R, (MOS, D0, grid(s))),
-    E("bayer8", "bgra", Any, Vng, kLossy, tpxiCFAToBGRA_VNG_8u_C1C4R, (MOS, kUnitScale, D0, grid(s))),
+    E("bayer8", "bgra", Any, Vng, kLossy, tpxiCFAToBGRA_VNG_8u_C1C4R, (MOS, vngGains(o).data(), D0, grid(s))),
     E("bayer16", "rgb48le", Any, Bilinear, kLossy, tpxiCFAToRGB_16u_C1C3R, (MOS16, D16, grid(s), 0)),
     E("bayer16", "rgb48le", Any, Ahd, kLossy, tpxiDemosaicAHD_16u_C1C3R, (MOS16, D16, grid(s))),
-    E("bayer16", "bgra64le", Any, Vng, kLossy, tpxiCFAToBGRA_VNG_16u_C1C4R, (MOS16, kUnitScale, D16, grid(s))),
+    E("bayer16", "bgra64le", Any, Vng, kLossy, tpxiCFAToBGRA_VNG_16u_C1C4R, (MOS16, vngGains(o).data(), D16, grid(s))),
 };
 
 // ---- Repacking: moving samples between layouts of the same components ----
