@@ -148,7 +148,7 @@ constexpr ImageShape kMosaic16{Pass::Mosaic, 1, {{2, 1, 1}, kNone, kNone}, -1};
 
 constexpr ExportShape plain(ImageShape s, ImageShape d, Extra e = Extra::None, int minW = 1, int minH = 1,
                             Warn w = Warn::None) {
-    return {s, d, 1, false, int8_t(minW), int8_t(minH), w, e, false};
+    return {s, d, 1, false, int8_t(minW), int8_t(minH), w, e, false, 0};
 }
 constexpr ExportShape alpha(ImageShape s, ImageShape d) { return plain(s, d, Extra::Alpha); }
 // 4:2:0 encoders need 2 x 2 and warn on odd sizes; packed 4:2:2 encoders need a width of 2.
@@ -160,24 +160,25 @@ constexpr ExportShape dec420(ImageShape s, ImageShape d, Extra e = Extra::None) 
 }
 // Gray: `elem`-byte elements, steps counted in elements.
 constexpr ExportShape gray(int elem, int srcCh, int dstCh, Extra e = Extra::None) {
-    return {px(srcCh * elem), px(dstCh * elem), uint8_t(elem), true, 1, 1, Warn::None, e, false};
+    return {px(srcCh * elem), px(dstCh * elem), uint8_t(elem), true, 1, 1, Warn::None, e, false, 0};
 }
 constexpr ExportShape cfa(int elem) {
     return {elem == 1 ? kMosaic8 : kMosaic16, px(3 * elem), uint8_t(elem), true, 2, 2, Warn::None, Extra::Bayer,
-            false};
+            false, 2};
 }
 constexpr ExportShape vng(int elem, bool wide) {
     return {elem == 1 ? kMosaic8 : kMosaic16, px(4 * elem), uint8_t(elem), false, 5, 5, Warn::None, Extra::Scale,
-            wide};
+            wide, 2};
 }
 constexpr ExportShape ahd(int elem) {
     return {elem == 1 ? kMosaic8 : kMosaic16, px(3 * elem), uint8_t(elem), false, 5, 5, Warn::None, Extra::Bayer,
-            false};
+            false, 5};
 }
 
 #define TPX_EXPORT(fn, shape) {#fn, shape, &thunk<&fn>}
 
-const std::vector<Export> kTable = {
+const std::vector<Export>& table() {
+    static const std::vector<Export> kTable = {
     // RGB and YCbCr 4:4:4
     TPX_EXPORT(tpxiRGBToYCbCr_8u_C3R, plain(px(3), px(3))),
     TPX_EXPORT(tpxiRGBToYCbCr_8u_AC4R, plain(px(4, 3), px(4, 3))),
@@ -295,14 +296,16 @@ const std::vector<Export> kTable = {
     TPX_EXPORT(tpxiCFAToBGRA_VNG_16u_C1C4R_L, vng(2, true)),
     TPX_EXPORT(tpxiDemosaicAHD_8u_C1C3R, ahd(1)),
     TPX_EXPORT(tpxiDemosaicAHD_16u_C1C3R, ahd(2)),
-};
+    };
+    return kTable;
+}
 
 }  // namespace
 
-const std::vector<Export>& exportTable() { return kTable; }
+const std::vector<Export>& exportTable() { return table(); }
 
 const Export* findExport(const char* name) {
-    for (const Export& e : kTable)
+    for (const Export& e : table())
         if (!std::strcmp(e.name, name)) return &e;
     return nullptr;
 }

@@ -47,6 +47,7 @@ struct ExportShape {
     Warn warn;
     Extra extra;
     bool wide;              // 64-bit sizes and steps (_L)
+    uint8_t reach;          // demosaic: mosaic samples read on each side of a produced pixel
     bool bayer() const { return src.pass == Pass::Mosaic; }
 };
 
