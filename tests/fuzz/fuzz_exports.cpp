@@ -305,8 +305,7 @@ struct Window {
     int64_t x0 = 0, y0 = 0, cols = 0, rows = 0;
     int64_t outW = 0, outH = 0;  // the rectangle cut at the image edges
 };
-Window chooseMosaic(Input& in, Args& a, const ExportShape& s) {
-    Window w;
+void chooseMosaic(Input& in, Args& a, const ExportShape& s) {
     if (in.oneIn(4)) {
         const int64_t top = s.wide && in.oneIn(8) ? INT64_MAX / 4 : INT32_MAX;
         a.imageWidth = in.range(s.minW, INT32_MAX) + (top > INT32_MAX ? in.range(0, 1 << 20) : 0);
@@ -323,6 +322,10 @@ Window chooseMosaic(Input& in, Args& a, const ExportShape& s) {
     a.width = in.oneIn(16) ? in.range(-2, 0) : in.range(1, 80);
     a.height = in.oneIn(16) ? in.range(-2, 0) : in.range(1, 30);
     if (s.wide && in.oneIn(16)) (in.oneIn(2) ? a.width : a.x) = int64_t(in.u64() >> in.below(40));
+}
+// The window of a valid call (all values within 32 bits).
+Window windowOf(const Args& a, const ExportShape& s) {
+    Window w;
     const int64_t reach = s.reach;
     w.outW = std::min(a.width, a.imageWidth - a.x);
     w.outH = std::min(a.height, a.imageHeight - a.y);
@@ -376,9 +379,8 @@ int run(const uint8_t* data, size_t size) {
     Args a;
     std::vector<uint8_t> extra;
     chooseExtra(in, a, s, extra);
-    Window win;
     if (s.bayer()) {
-        win = chooseMosaic(in, a, s);
+        chooseMosaic(in, a, s);
     } else {
         a.width = chooseSide(in, s.minW, true);
         a.height = chooseSide(in, s.minH, false);
@@ -390,6 +392,7 @@ int run(const uint8_t* data, size_t size) {
     maybeNull(in, a, s);
     const Faults faults = faultsOf(a, s);
     const bool refused = !faults.list.empty();
+    const Window win = s.bayer() && !refused ? windowOf(a, s) : Window{};
 
     // Row counts, row bytes and steps of every plane.
     const bool hugeMosaic = s.bayer() && (a.imageWidth > 4096 || a.imageHeight > 4096);
@@ -398,7 +401,9 @@ int run(const uint8_t* data, size_t size) {
         const ImageShape& im = side ? s.dst : s.src;
         int64_t* steps = side ? a.dstStep : a.srcStep;
         for (int p = 0; p < im.planes; ++p) {
-            if (s.bayer()) {
+            if (refused) {
+                // nothing is allocated but a few bytes
+            } else if (s.bayer()) {
                 rows[side][p] = side ? win.outH : win.rows;
                 rowBytes[side][p] = side ? planeRowBytes(im, p, win.outW) : win.cols * s.elem;
             } else {
