@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <regex>
 #include <set>
 #include <sstream>
 #include <string>
@@ -22,11 +21,12 @@ std::set<std::string> declaredImageExports() {
     std::ifstream in(sourceDir() + "/include/tpxcc.h");
     std::stringstream text;
     text << in.rdbuf();
-    const std::string s = text.str();
-    const std::regex decl(R"(TPXCC_API\s+TpxStatus\s+(tpxi\w+)\s*\()");
+    const std::string s = text.str(), marker = "TPXCC_API TpxStatus ";
     std::set<std::string> names;
-    for (auto it = std::sregex_iterator(s.begin(), s.end(), decl); it != std::sregex_iterator(); ++it)
-        names.insert((*it)[1]);
+    for (size_t at = s.find(marker); at != std::string::npos; at = s.find(marker, at + 1)) {
+        const size_t from = at + marker.size(), to = s.find('(', from);
+        names.insert(s.substr(from, to - from));
+    }
     return names;
 }
 

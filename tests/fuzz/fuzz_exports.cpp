@@ -13,9 +13,7 @@
 // have changed.
 #include "frame/cpu.hpp"
 #include "support/export_table.hpp"
-
-#include <sys/mman.h>
-#include <unistd.h>
+#include "support/plane_memory.hpp"
 
 #include <algorithm>
 #include <climits>
@@ -52,105 +50,6 @@ public:
 private:
     const uint8_t* d_;
     size_t n_, pos_ = 0;
-};
-
-// Memory of one plane: rows of rowBytes bytes at byte step e from row 0.
-// Spans up to kDense bytes are one malloc block of exactly the span; larger
-// ones (huge steps, few rows) a reservation with only the rows' pages open.
-class PlaneMemory {
-public:
-    static constexpr int64_t kDense = int64_t(8) << 20;
-    static constexpr int64_t kSparse = int64_t(48) << 30;
-
-    // A few bytes that a refused call must leave alone.
-    void tiny() {
-        dense_ = static_cast<uint8_t*>(std::malloc(16));
-        row0_ = uintptr_t(dense_);
-        chunks_.push_back({dense_, 16, {}});
-    }
-    // False when the span is too large to reserve.
-    bool allocate(int64_t rows, int64_t rowBytes, int64_t e) {
-        rows_ = rows, rowBytes_ = rowBytes, step_ = e;
-        if (rows <= 0 || rowBytes <= 0) {  // nothing may be touched
-            dense_ = static_cast<uint8_t*>(std::malloc(0));
-            row0_ = uintptr_t(dense_);
-            return true;
-        }
-        const int64_t last = (rows - 1) * e, lo = std::min<int64_t>(0, last), hi = std::max<int64_t>(0, last) + rowBytes;
-        const int64_t span = hi - lo;
-        if (span <= kDense) {
-            dense_ = static_cast<uint8_t*>(std::malloc(size_t(span)));
-            row0_ = uintptr_t(dense_) - uintptr_t(lo);
-            chunks_.push_back({dense_, size_t(span), {}});
-            return true;
-        }
-        if (rows > 8 || span > kSparse) return false;
-        const int64_t page = sysconf(_SC_PAGESIZE);
-        mapLen_ = size_t((span + 2 * page) / page * page);
-        void* m = mmap(nullptr, mapLen_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-        if (m == MAP_FAILED) return false;
-        map_ = static_cast<uint8_t*>(m);
-        row0_ = uintptr_t(map_) + uintptr_t(page) - uintptr_t(lo);
-        // Open the pages of every row, merging rows that share pages.
-        std::vector<std::pair<uintptr_t, uintptr_t>> open;
-        for (int64_t r = 0; r < rows; ++r) {
-            const uintptr_t a = row0_ + uintptr_t(r * e);
-            open.push_back({a / page * page, (a + uintptr_t(rowBytes) + page - 1) / page * page});
-        }
-        std::sort(open.begin(), open.end());
-        std::vector<std::pair<uintptr_t, uintptr_t>> merged;
-        for (auto& o : open)
-            if (!merged.empty() && o.first <= merged.back().second) merged.back().second = std::max(merged.back().second, o.second);
-            else merged.push_back(o);
-        for (auto& o : merged) {
-            if (mprotect(reinterpret_cast<void*>(o.first), o.second - o.first, PROT_READ | PROT_WRITE) != 0) return false;
-            chunks_.push_back({reinterpret_cast<uint8_t*>(o.first), o.second - o.first, {}});
-        }
-        return true;
-    }
-    ~PlaneMemory() {
-        std::free(dense_);
-        if (map_) munmap(map_, mapLen_);
-    }
-
-    uintptr_t row0() const { return row0_; }
-    void fill(uint32_t seed) {
-        for (auto& c : chunks_)
-            for (size_t i = 0; i < c.n; ++i) c.p[i] = uint8_t((seed = seed * 1664525u + 1013904223u) >> 24);
-        for (auto& c : chunks_) c.snap.assign(c.p, c.p + c.n);
-    }
-    // Every byte outside the rows (and, with alphaByte >= 0, every alpha byte
-    // of a unit of `unit` bytes) still holds its old value; `written` false:
-    // every byte does.
-    bool intact(bool written, int alphaByte = -1, int unit = 1) const {
-        const bool keepAlpha = alphaByte >= 0 && (step_ == 0 || std::llabs(step_) >= rowBytes_);
-        for (const auto& c : chunks_) {
-            std::vector<uint8_t> mayChange(c.n, 0);
-            if (written)
-                for (int64_t r = 0; r < rows_; ++r) {
-                    const uintptr_t a = row0_ + uintptr_t(r * step_), b = a + uintptr_t(rowBytes_);
-                    const uintptr_t from = std::max(a, uintptr_t(c.p)), to = std::min(b, uintptr_t(c.p) + c.n);
-                    for (uintptr_t x = from; x < to; ++x)
-                        if (!keepAlpha || int((x - a) % unit) != alphaByte) mayChange[x - uintptr_t(c.p)] = 1;
-                }
-            for (size_t i = 0; i < c.n; ++i)
-                if (!mayChange[i] && c.p[i] != c.snap[i]) return false;
-        }
-        return true;
-    }
-
-private:
-    struct Chunk {
-        uint8_t* p;
-        size_t n;
-        std::vector<uint8_t> snap;
-    };
-    uint8_t* dense_ = nullptr;
-    uint8_t* map_ = nullptr;
-    size_t mapLen_ = 0;
-    uintptr_t row0_ = 0;
-    int64_t rows_ = 0, rowBytes_ = 0, step_ = 0;
-    std::vector<Chunk> chunks_;
 };
 
 // A step argument for rows of rowBytes bytes: tight, padded, zero, negative,
