@@ -47,7 +47,6 @@ void applyScale(T* px, int n, const Tpx32f scale[4]) {
 // chunk through an aligned copy.
 constexpr int kChunk = 1024;
 
-
 template <class T>
 void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, const bayer::Region& r, bayer::Phase ph,
          const Tpx32f scale[4]) {
