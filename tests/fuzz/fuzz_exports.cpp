@@ -226,8 +226,8 @@ void chooseMosaic(Input& in, Args& a, const ExportShape& s) {
 Window windowOf(const Args& a, const ExportShape& s) {
     Window w;
     const int64_t reach = s.reach;
-    w.outW = std::min(a.width, a.imageWidth - a.x);
-    w.outH = std::min(a.height, a.imageHeight - a.y);
+    w.outW = std::max<int64_t>(0, std::min(a.width, a.imageWidth - a.x));  // a negative width writes nothing
+    w.outH = std::max<int64_t>(0, std::min(a.height, a.imageHeight - a.y));
     w.x0 = std::max<int64_t>(0, a.x - reach);
     w.y0 = std::max<int64_t>(0, a.y - reach);
     // Mirrored reads at the far edge stay within reach of it.
