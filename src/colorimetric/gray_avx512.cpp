@@ -2,8 +2,10 @@
 // gray_simd.hpp).
 // GCC's AVX-512 intrinsics pass an undefined vector as the unused merge source
 // of their unmasked forms, which -W(maybe-)uninitialized reports after inlining.
+#if defined(__GNUC__) && !defined(__clang__)
 #pragma GCC diagnostic ignored "-Wuninitialized"
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
 #include "colorimetric/gray_simd.hpp"
 
 #include <immintrin.h>

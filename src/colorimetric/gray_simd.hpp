@@ -30,7 +30,7 @@ using Idx = std::array<int32_t, N>;
 template <class V, class Block>
 inline int blocks(const void* align, int stride, int n, int width, Block&& block) {
     if (n < width) return 0;
-    int x = 0;
+    std::ptrdiff_t x = 0;
     const std::uintptr_t a = reinterpret_cast<std::uintptr_t>(align);
     if (a % std::uintptr_t(stride) == 0) {
         const int skew = int((0 - a) % (4 * V::kF) / std::uintptr_t(stride));
@@ -40,7 +40,7 @@ inline int blocks(const void* align, int stride, int n, int width, Block&& block
         }
     }
     for (; x + width <= n; x += width) block(x);
-    if (x < n) block(n - width);
+    if (x < n) block(std::ptrdiff_t(n - width));
     return n;
 }
 // The same with the stores of a one-channel destination aligned.
@@ -109,7 +109,7 @@ int colorRow8u(const uint8_t* src, uint8_t* dst, int n, const uint16_t* q) {
     const Gray8u<V> g(q);
     constexpr int kPx = V::kF;  // pixels per vector
     if constexpr (Ch == 4) {
-        return blocks<V>(dst, n, 4 * kPx, [&](int x) {
+        return blocks<V>(dst, n, 4 * kPx, [&](std::ptrdiff_t x) {
             const uint8_t* s = src + std::ptrdiff_t(x) * 4;
             prefetchBlock(s, 16 * kPx, dst + x, 4 * kPx);
             const I lo = g.pixels(V::loadu(s), V::loadu(s + 4 * kPx));
@@ -124,7 +124,7 @@ int colorRow8u(const uint8_t* src, uint8_t* dst, int n, const uint16_t* q) {
             return m;
         }();
         const I shuffle = V::lanesC3Shuffle(spread.data());
-        return blocks<V>(dst, n, 4 * kPx, [&](int x) {
+        return blocks<V>(dst, n, 4 * kPx, [&](std::ptrdiff_t x) {
             const uint8_t* s = src + std::ptrdiff_t(x) * 3;
             prefetchBlock(s, 12 * kPx, dst + x, 4 * kPx);
             I r[4];
@@ -219,14 +219,14 @@ int colorRowFloat(const T* src, T* dst, int n, const float* w) {
     const FloatPixels<V, T, Ch> px(w);
     constexpr int kF = V::kF;
     if constexpr (std::is_same_v<T, float>) {
-        return blocks<V>(dst, n, kF, [&](int x) {
+        return blocks<V>(dst, n, kF, [&](std::ptrdiff_t x) {
             const float* s = src + std::ptrdiff_t(x) * Ch;
             prefetchBlock(s, 4 * Ch * kF, dst + x, 4 * kF);
             V::storef(dst + x, px.gray(s));
         });
     } else {
         const I low16 = V::set1_32(0xFFFFu), sign = V::set1_32(0x80008000u);
-        return blocks<V>(dst, n, 2 * kF, [&](int x) {
+        return blocks<V>(dst, n, 2 * kF, [&](std::ptrdiff_t x) {
             const T* s = src + std::ptrdiff_t(x) * Ch;
             prefetchBlock(s, 4 * Ch * kF, dst + x, 4 * kF);
             I a = V::cvt_i(px.gray(s)), b = V::cvt_i(px.gray(s + kF * Ch));
@@ -253,7 +253,7 @@ int colorRow64f(const double* src, double* dst, int n, const double* w) {
     const D w0 = V::set1d(w[0]), w1 = V::set1d(w[1]), w2 = V::set1d(w[2]);
     const typename V::I o0 = V::idxD(C3Channel<V, kD, 0>::kOrder.data()), o1 = V::idxD(C3Channel<V, kD, 1>::kOrder.data()),
                         o2 = V::idxD(C3Channel<V, kD, 2>::kOrder.data());
-    return blocks<V>(dst, n, kD, [&](int x) {
+    return blocks<V>(dst, n, kD, [&](std::ptrdiff_t x) {
         const double* p = src + std::ptrdiff_t(x) * Ch;
         prefetchBlock(p, 8 * Ch * kD, dst + x, 8 * kD);
         D r, g, b;
@@ -294,7 +294,7 @@ int expandRow(const T* src, T* dst, int n, T alpha) {
         const I m0 = V::loadu(C3Spread<V, E>::kMasks.data());
         const I m1 = V::loadu(C3Spread<V, E>::kMasks.data() + kB);
         const I m2 = V::loadu(C3Spread<V, E>::kMasks.data() + 2 * kB);
-        return blocks<V>(src, n, kPx, [&](int x) {
+        return blocks<V>(src, n, kPx, [&](std::ptrdiff_t x) {
             const I g = V::loadu(src + x);
             T* d = dst + std::ptrdiff_t(x) * 3;
             V::storeu(d, V::shuffle8(V::template c3Chunks<0>(g), m0));
@@ -308,7 +308,7 @@ int expandRow(const T* src, T* dst, int n, T alpha) {
         for (int k = 0; k < 4 / E; ++k) std::memcpy(reinterpret_cast<uint8_t*>(&a32) + k * E, &alpha, size_t(E));
         const I a = V::set1_32(a32);
         const I spread = V::loadIdx(V::kSpreadC4.data());
-        return blocks<V>(dst, 4 * E, n, kPx, [&](int x) {
+        return blocks<V>(dst, 4 * E, n, kPx, [&](std::ptrdiff_t x) {
             const I g = V::permute32(V::loadu(src + x), spread);
             const I gg0 = V::template unpacklo<E>(g, g), gg1 = V::template unpackhi<E>(g, g);
             const I ga0 = V::template unpacklo<E>(g, a), ga1 = V::template unpackhi<E>(g, a);

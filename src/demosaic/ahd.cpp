@@ -154,9 +154,9 @@ void gather(Tile& t, const T* src, std::ptrdiff_t step, const bayer::Region& r, 
         uint16_t* out = t.src[j];
         if (inside) {
             const T* s = row + (p.tx - 5);
-            for (int i = 0; i < w; ++i) out[i] = uint16_t(s[i] * mul);
+            for (int i = 0; i < w; ++i) out[i] = uint16_t(loadAt(s, i) * mul);
         } else {
-            for (int i = 0; i < w; ++i) out[i] = uint16_t(row[cols[i]] * mul);
+            for (int i = 0; i < w; ++i) out[i] = uint16_t(loadAt(row, cols[i]) * mul);
         }
     }
 }
@@ -236,7 +236,7 @@ void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, c
                     const int done = vec.choose(t, j, 0, p.tw, false);
                     if (done < p.tw) chooseRow(t, j, done, p.tw, false);
                     for (int i = 0; i < p.tw; ++i)
-                        for (int ch = 0; ch < 3; ++ch) out[3 * i + ch] = t.out[ch][i];
+                        for (int ch = 0; ch < 3; ++ch) storeAt(out, 3 * i + ch, T(t.out[ch][i]));
                 }
             }
         }

@@ -13,6 +13,7 @@
 
 #include <cstring>
 #include <type_traits>
+#include <utility>
 
 namespace tpx::ahd::simd {
 
@@ -186,11 +187,14 @@ int coloursRow(Tile& t, int j, int, int n, bool firstGreen, bool rowRed) {
 
 // [prev[N - 1], cur[0], ..., cur[N - 2]]: the distance to the left neighbour
 // is the previous lane's distance to its right neighbour.
+// (Lane indices as constants, which both GCC and clang accept.)
+template <int N, int... K>
+inline typename V<N>::i32 shiftIn(typename V<N>::i32 prev, typename V<N>::i32 cur, std::integer_sequence<int, K...>) {
+    return __builtin_shufflevector(prev, cur, (K == 0 ? N - 1 : N + K - 1)...);
+}
 template <int N>
 inline typename V<N>::i32 shiftIn(typename V<N>::i32 prev, typename V<N>::i32 cur) {
-    typename V<N>::i32 mask;
-    for (int k = 0; k < N; ++k) mask[k] = k == 0 ? N - 1 : N + k - 1;
-    return __builtin_shuffle(prev, cur, mask);
+    return shiftIn<N>(prev, cur, std::make_integer_sequence<int, N>());
 }
 
 // Each distance is formed once: the left one from the previous block's right

@@ -55,12 +55,12 @@ inline int stretchRows(const Stretch<T>& r) {
     auto site = [&](int k) { return V::sites(((r.begin + k) ^ r.siteParity) & 1); };
     const auto first = site(0);
     const int n = r.count / L * L;
-    for (int k = 0; k < n; k += L) block<V, RedRow, Directed>(r, k, first, r.out + 3 * k);
+    for (int k = 0; k < n; k += L) block<V, RedRow, Directed>(r, k, first, r.out + 3 * std::ptrdiff_t(k));
     if (n < r.count) {
         alignas(64) T aside[3 * L];
         const int k = r.count - L;
         block<V, RedRow, Directed>(r, k, site(k), aside);
-        std::memcpy(r.out + 3 * n, aside + 3 * (n - k), sizeof(T) * 3 * size_t(r.count - n));
+        std::memcpy(r.out + 3 * std::ptrdiff_t(n), aside + 3 * (n - k), sizeof(T) * 3 * size_t(r.count - n));
     }
     return r.count;
 }

@@ -41,8 +41,10 @@ void applyScale(T* px, int n, const Tpx32f scale[4]) {
 }
 
 // Column chunk of one pass: the five rows of a chunk are read in place when
-// the chunk's two-column margins lie inside the image, else copied with the
-// edge mirrored.
+// the chunk's two-column margins lie inside the image and the rows are aligned
+// to the element, else copied with the edge mirrored. A destination whose rows
+// are not aligned to the element (16u images with an odd byte step) gets each
+// chunk through an aligned copy.
 constexpr int kChunk = 1024;
 
 template <class T>
@@ -51,6 +53,8 @@ void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, c
     const RowFn<T> simdRow = chooseRow<T>();
     const bool plain = scale[0] == 1.0f && scale[1] == 1.0f && scale[2] == 1.0f && scale[3] == 1.0f;
     T pad[5][kChunk + 4];
+    T staged[4 * kChunk];
+    const bool srcAligned = alignedRows(src, srcStep), dstAligned = alignedRows(dst, dstStep);
     for (int64_t oy = 0; oy < r.height; ++oy) {
         const int64_t y = r.y + oy;
         const T* srcRows[5];
@@ -61,7 +65,7 @@ void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, c
             const int64_t x = r.x + ox;
             const int n = int(r.width - ox < kChunk ? r.width - ox : kChunk);
             const T* rows[5];
-            if (x >= 2 && x + n + 2 <= r.imageWidth) {
+            if (srcAligned && x >= 2 && x + n + 2 <= r.imageWidth) {
                 for (int k = 0; k < 5; ++k) rows[k] = srcRows[k] + (x - 2);
             } else {
                 // Samples inside the image are copied as they are, the few
@@ -70,14 +74,16 @@ void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, c
                 const int64_t hi = x + n + 2 > r.imageWidth ? r.imageWidth : x + n + 2;
                 for (int k = 0; k < 5; ++k) {
                     std::memcpy(pad[k] + (lo - (x - 2)), srcRows[k] + lo, size_t(hi - lo) * sizeof(T));
-                    for (int64_t i = x - 2; i < lo; ++i) pad[k][i - (x - 2)] = srcRows[k][bayer::mirror(i, r.imageWidth)];
+                    for (int64_t i = x - 2; i < lo; ++i)
+                        pad[k][i - (x - 2)] = loadAt(srcRows[k], bayer::mirror(i, r.imageWidth));
                     for (int64_t i = hi; i < x + n + 2; ++i)
-                        pad[k][i - (x - 2)] = srcRows[k][bayer::mirror(i, r.imageWidth)];
+                        pad[k][i - (x - 2)] = loadAt(srcRows[k], bayer::mirror(i, r.imageWidth));
                     rows[k] = pad[k];
                 }
             }
             const bool firstGreen = ph.at(x, y) == bayer::Colour::Green;
-            T* o = out + 4 * ox;
+            T* const target = out + 4 * ox;
+            T* o = dstAligned ? target : staged;
             const int done = simdRow(rows, n, firstGreen, rowRed, o);
             if (done < n) {
                 const T* rest[5];
@@ -85,6 +91,7 @@ void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, c
                 rowScalar<T>(rest, n - done, ((done & 1) == 0) == firstGreen, rowRed, o + 4 * done);
             }
             if (!plain) applyScale(o, n, scale);
+            if (!dstAligned) std::memcpy(target, staged, size_t(4 * n) * sizeof(T));
         }
     }
 }

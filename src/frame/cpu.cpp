@@ -68,11 +68,25 @@ bool vbmiAllowed() {
 }
 const bool kActiveVbmi = kActive == Tier::Avx512 && probeVbmi() && vbmiAllowed();
 
+#if defined(TPXCC_TIER_SWITCH)
+Tier gTier = kActive;
+bool gVbmi = kActiveVbmi;
+#endif
+
 }  // namespace
 
+#if defined(TPXCC_TIER_SWITCH)
+Tier activeTier() { return gTier; }
+bool activeAvx512Vbmi() { return gVbmi; }
+void setTierForTesting(Tier t, bool vbmi) {
+    gTier = t < kDetected ? t : kDetected;
+    gVbmi = gTier == Tier::Avx512 && vbmi && probeVbmi();
+}
+#else
 Tier activeTier() { return kActive; }
-Tier detectedTier() { return kDetected; }
 bool activeAvx512Vbmi() { return kActiveVbmi; }
+#endif
+Tier detectedTier() { return kDetected; }
 
 const char* tierName(Tier t) {
     switch (t) {

@@ -21,6 +21,13 @@ const char* tierName(Tier t);
 // alternative for processors without.
 bool activeAvx512Vbmi();
 
+#if defined(TPXCC_TIER_SWITCH)
+// Fuzzing builds only (never the shipped library): later calls use tier `t`,
+// lowered to what the processor has, and the AVX-512 byte permutes when `vbmi`
+// and the processor has them. Not for concurrent use.
+void setTierForTesting(Tier t, bool vbmi);
+#endif
+
 // One kernel per tier; null where a family has no kernel for that tier or the
 // build has none (non-x86 targets).
 template <class Fn>

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <type_traits>
 
 namespace tpx {
@@ -13,6 +14,24 @@ template <class T>
 inline T* rowAt(T* base, std::ptrdiff_t step, std::ptrdiff_t y) {
     using Byte = std::conditional_t<std::is_const_v<T>, const unsigned char, unsigned char>;
     return reinterpret_cast<T*>(reinterpret_cast<Byte*>(base) + step * y);
+}
+
+// Element i of a row, and its store, for rows that need not be aligned to
+// their element (a 16-bit image with an odd byte step).
+template <class T>
+inline T loadAt(const T* row, std::ptrdiff_t i) {
+    T v;
+    std::memcpy(&v, reinterpret_cast<const unsigned char*>(row) + i * std::ptrdiff_t(sizeof(T)), sizeof v);
+    return v;
+}
+template <class T>
+inline void storeAt(T* row, std::ptrdiff_t i, T v) {
+    std::memcpy(reinterpret_cast<unsigned char*>(row) + i * std::ptrdiff_t(sizeof(T)), &v, sizeof v);
+}
+// True when rows from `p` at `step` bytes apart are all aligned to T.
+template <class T>
+inline bool alignedRows(const T* p, std::ptrdiff_t step) {
+    return (reinterpret_cast<uintptr_t>(p) | uintptr_t(step)) % alignof(T) == 0;
 }
 
 // Saturation of an int to 0..255.

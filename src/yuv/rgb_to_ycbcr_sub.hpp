@@ -106,7 +106,7 @@ struct Px {
 };
 
 template <class L>
-inline Px fetch(const uint8_t* const* src, int x) {
+inline Px fetch(const uint8_t* const* src, std::ptrdiff_t x) {
     Px p;
     if constexpr (L::srcBytes == 0) {
         p = {src[0][x], src[1][x], src[2][x]};
@@ -124,7 +124,7 @@ inline uint8_t limit(int32_t v, const Arith& a) { return uint8_t(v < a.lo ? a.lo
 template <class L>
 void rowScalar(const Rows& r, const Arith& a, int x0) {
     constexpr int bw = L::blockW, bh = L::blockH;
-    for (int x = x0; x + bw <= r.width; x += bw) {
+    for (std::ptrdiff_t x = x0; x + bw <= r.width; x += bw) {
         int32_t sr = 0, sg = 0, sb = 0, hcb = 0, hcr = 0;
         for (int j = 0; j < bh; ++j)
             for (int i = 0; i < bw; ++i) {
@@ -173,7 +173,7 @@ template <class L>
 void encode(const Image& im, const Arith& a, RowFn simd) {
     Rows r{};
     r.width = im.width;
-    for (int y = 0, cy = 0; y + L::blockH <= im.height; y += L::blockH, ++cy) {
+    for (int y = 0, cy = 0; y <= im.height - L::blockH; y += L::blockH, ++cy) {
         for (int j = 0; j < L::blockH; ++j) {
             for (int p = 0; p < 3; ++p) r.src[j][p] = im.src[p] ? rowAt(im.src[p], im.srcStep, y + j) : nullptr;
             r.y[j] = rowAt(im.dst[0], im.dstStep[0], y + j);

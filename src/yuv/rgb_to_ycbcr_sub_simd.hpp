@@ -79,7 +79,7 @@ int rowSimd(const Rows& rows, const Arith& a) {
     const T crossSwap = V::bcast(_mm_setr_epi8(6, 7, 4, 5, 0, 1, 2, 3, 14, 15, 12, 13, 8, 9, 10, 11));
     const T lowest = V::set16(int16_t(a.lo)), highest = V::set16(int16_t(a.hi));
     auto limit = [&](T w) { return L::rule == Rule::Limited ? V::min16(V::max16(w, lowest), highest) : w; };
-    int x = 0;
+    std::ptrdiff_t x = 0;
     for (; x + n <= r.width; x += n) {
         // Half by half (h), so that only one half's words are live at a time.
         T yv[bh][2], cv[2];
@@ -151,7 +151,7 @@ int rowSimd(const Rows& rows, const Arith& a) {
                 V::storeQuads(r.cb + x / 4, r.cr + x / 4, c);
         }
     }
-    return x;
+    return int(x);
 }
 
 // The gamma member: chunks of each row go through the gamma table into a
@@ -164,7 +164,7 @@ int rowSimdGamma(const Rows& r, const Arith& a) {
     alignas(64) uint8_t buf[chunk * 3];
     Rows c = r;
     c.src[0][0] = buf;
-    int x = 0;
+    std::ptrdiff_t x = 0;
     while (r.width - x >= 8 * V::lanes) {
         const int n = r.width - x < chunk ? r.width - x : chunk;
         const uint8_t* s = r.src[0][0] + std::ptrdiff_t(x) * 3;
@@ -175,7 +175,7 @@ int rowSimdGamma(const Rows& r, const Arith& a) {
         x += done;
         if (done < n) break;
     }
-    return x;
+    return int(x);
 }
 
 template <class V, class L>

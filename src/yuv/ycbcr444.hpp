@@ -12,6 +12,7 @@
 #include "tpxcc.h"
 #include "yuv/ycbcr_math.hpp"
 
+#include <cstddef>
 #include <cstdint>
 
 namespace tpx::yuv444 {
@@ -51,12 +52,12 @@ using ScalarRow = void (*)(const Row&, int from);
 template <Pack P>
 inline uint8_t load(const Row& r, int c, int x) {
     if constexpr (P == Pack::P3) return r.src[c][x];
-    else return r.src[0][x * kPixelBytes<P> + c];
+    else return r.src[0][std::ptrdiff_t(x) * kPixelBytes<P> + c];
 }
 template <Pack P>
 inline void store(const Row& r, int c, int x, uint8_t v) {
     if constexpr (P == Pack::P3) r.dst[c][x] = v;
-    else r.dst[0][x * kPixelBytes<P> + c] = v;
+    else r.dst[0][std::ptrdiff_t(x) * kPixelBytes<P> + c] = v;
 }
 
 // RGB to YCbCr. With Block > 0 the pixels of whole Block-pixel blocks from the

@@ -134,7 +134,7 @@ int encodeC3Block(const Row& row) {
     const V low64 = set16(64), high64 = set16(64 << 8), black = _mm512_set1_epi8(16),
             sign = _mm512_set1_epi8(char(0x80));
     const int blocks = r.width - r.width % 16;  // only whole 16-pixel blocks take the block arithmetic
-    int x = 0;
+    std::ptrdiff_t x = 0;
     for (; x + 64 <= blocks; x += 64) {
         const uint8_t* s = r.src[0] + 3 * x;
         const V z0 = _mm512_loadu_si512(s), z1 = _mm512_loadu_si512(s + 64), z2 = _mm512_loadu_si512(s + 128);
@@ -149,7 +149,7 @@ int encodeC3Block(const Row& row) {
                        _mm512_xor_si512(_mm512_packs_epi16(lo[1], lo[2]), sign),
                        _mm512_xor_si512(_mm512_packs_epi16(hi[1], hi[2]), sign));
     }
-    return x;
+    return int(x);
 }
 
 int decodeC3(const Row& row) {
@@ -161,7 +161,7 @@ int decodeC3(const Row& row) {
     const V sign = _mm512_set1_epi8(char(0x80)), by64 = _mm512_set1_epi8(64);
     const V lowBy128 = set16(128), highBy128 = set16(128 << 8);
     const int blocks = r.width - r.width % 16;
-    int x = 0;
+    std::ptrdiff_t x = 0;
     for (; x + 64 <= blocks; x += 64) {
         const uint8_t* s = r.src[0] + 3 * x;
         const V z[3] = {_mm512_xor_si512(_mm512_loadu_si512(s), sign),
@@ -177,7 +177,7 @@ int decodeC3(const Row& row) {
         interleave3<1>(r.dst[0] + 3 * x, _mm512_packus_epi16(h[0].g, h[1].g), _mm512_packus_epi16(h[0].r, h[0].b),
                        _mm512_packus_epi16(h[1].r, h[1].b));
     }
-    return x;
+    return int(x);
 }
 
 }  // namespace avx512vbmi

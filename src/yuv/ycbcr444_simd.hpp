@@ -300,7 +300,7 @@ inline void interleave4(const Tri& t, V fourth, V out[4]) {
 // P3 sources in group order when `grouped` (for 4-byte destinations), else in
 // lane-split order.
 template <Pack S, bool grouped = false>
-inline Tri loadTri(const Row& r, int x) {
+inline Tri loadTri(const Row& r, std::ptrdiff_t x) {
     if constexpr (S == Pack::P3) {
         Tri t{{load(r.src[0] + x), load(r.src[1] + x), load(r.src[2] + x)}};
         if constexpr (grouped)
@@ -317,7 +317,7 @@ inline Tri loadTri(const Row& r, int x) {
 // order. AC4 destinations need byte-masked stores (AVX-512 only): their
 // fourth bytes are never written.
 template <Pack D>
-inline void storeTri(const Row& r, int x, const Tri& t) {
+inline void storeTri(const Row& r, std::ptrdiff_t x, const Tri& t) {
     if constexpr (D == Pack::P3) {
         for (int c = 0; c < 3; ++c) store(r.dst[c] + x, t.c[c]);
     } else if constexpr (D == Pack::C3) {
@@ -345,7 +345,7 @@ struct Wide {
     V lo[3], hi[3];
 };
 template <Pack S, bool grouped = false>
-inline Wide loadWide(const Row& r, int x, const bool (&flip)[3]) {
+inline Wide loadWide(const Row& r, std::ptrdiff_t x, const bool (&flip)[3]) {
     Wide w;
     const V sign = set8(0x80);
     if constexpr (S == Pack::C3) {
@@ -388,7 +388,7 @@ int encodeBlockRow(const Row& row) {
     const Row r = row;  // a local copy: the stores below cannot change it
     static constexpr bool kNoFlip[3] = {false, false, false};
     const V black = set8(16), sign = set8(0x80);
-    int x = 0;
+    std::ptrdiff_t x = 0;
     for (; x <= r.width - kStep; x += kStep) {
         const Wide in = loadWide<S>(r, x, kNoFlip);
         V lo[3], hi[3];
@@ -397,7 +397,7 @@ int encodeBlockRow(const Row& row) {
         storeTri<D>(r, x, {{add8(packus16(lo[0], hi[0]), black), xorV(packs16(lo[1], hi[1]), sign),
                             xorV(packs16(lo[2], hi[2]), sign)}});
     }
-    return x;
+    return int(x);
 }
 
 // 32-bit reference on R,G,B,x pixels in 32-bit elements, with multiply-adds of
@@ -415,7 +415,7 @@ inline void encodeRef32(V px, V& y, V& cb, V& cr) {
 template <Pack S, Pack D>
 int encodeRefRows(const Row& row) {
     const Row r = row;  // a local copy: the stores below cannot change it
-    int x = 0;
+    std::ptrdiff_t x = 0;
     for (; x <= r.width - kStep; x += kStep) {
         V px[4];
         if constexpr (S == Pack::AC4) {
@@ -433,7 +433,7 @@ int encodeRefRows(const Row& row) {
         };
         storeTri<D>(r, x, {{pack(y), pack(cb), pack(cr)}});
     }
-    return x;
+    return int(x);
 }
 
 // ---- Decoder block arithmetic -----------------------------------------------
@@ -446,7 +446,7 @@ int encodeRefRows(const Row& row) {
 // first, so that they are on their way before the stores need them (a read
 // prefetch: it never faults and changes nothing).
 template <Pack D>
-inline void prefetchDestination(const Row& r, int x) {
+inline void prefetchDestination(const Row& r, std::ptrdiff_t x) {
     if constexpr (D != Pack::P3) {
         const char* at = reinterpret_cast<const char*>(r.dst[0] + std::ptrdiff_t(x) * kPixelBytes<D>) + 1024;
         for (int k = 0; k < kStep * kPixelBytes<D>; k += 64) _mm_prefetch(at + k, _MM_HINT_T0);
@@ -463,7 +463,7 @@ int decodeRows(const Row& row) {
     const V black = set16(k.lumaOffset * 128), round4 = set16(2048), luma = set16(k.luma);
     const V crR = set16(crHalf ? k.crToR / 2 : k.crToR), crG = set16(crHalf ? k.crToG / 2 : k.crToG);
     const V cbG = set16(cbHalf ? k.cbToG / 2 : k.cbToG), cbB = set16(cbHalf ? k.cbToB / 2 : k.cbToB);
-    int x = 0;
+    std::ptrdiff_t x = 0;
     for (; x <= r.width - kStep; x += kStep) {
         const Wide in = loadWide<S, D == Pack::C4 || D == Pack::AC4>(r, x, kFlip);
         V out[3][2];
@@ -481,7 +481,7 @@ int decodeRows(const Row& row) {
         prefetchDestination<D>(r, x);
         storeTri<D>(r, x, Bgr ? Tri{{blue, green, red}} : Tri{{red, green, blue}});
     }
-    return x;
+    return int(x);
 }
 
 }  // namespace

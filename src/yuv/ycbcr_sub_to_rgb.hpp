@@ -15,6 +15,7 @@
 #include "yuv/ycbcr_math.hpp"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 
 namespace tpx::yuv::sub {
@@ -62,8 +63,8 @@ struct Packed422 {
         r.cb = p + CbOff;
         r.cr = p + CrOff;
     }
-    static int luma(const Row& r, int x) { return r.y[2 * x]; }
-    static void chroma(const Row& r, int x, int& cb, int& cr) {
+    static int luma(const Row& r, std::ptrdiff_t x) { return r.y[2 * x]; }
+    static void chroma(const Row& r, std::ptrdiff_t x, int& cb, int& cr) {
         cb = r.cb[(x >> 1) * 4];
         cr = r.cr[(x >> 1) * 4];
     }
@@ -81,8 +82,8 @@ struct Planar {
         r.cb = rowAt(s.p[CbPlane], s.step[CbPlane], y / V);
         r.cr = rowAt(s.p[CrPlane], s.step[CrPlane], y / V);
     }
-    static int luma(const Row& r, int x) { return r.y[x]; }
-    static void chroma(const Row& r, int x, int& cb, int& cr) {
+    static int luma(const Row& r, std::ptrdiff_t x) { return r.y[x]; }
+    static void chroma(const Row& r, std::ptrdiff_t x, int& cb, int& cr) {
         cb = r.cb[x / H];
         cr = r.cr[x / H];
     }
@@ -103,8 +104,8 @@ struct TwoPlane {
         r.cb = c + CbOff;
         r.cr = c + (1 - CbOff);
     }
-    static int luma(const Row& r, int x) { return r.y[x]; }
-    static void chroma(const Row& r, int x, int& cb, int& cr) {
+    static int luma(const Row& r, std::ptrdiff_t x) { return r.y[x]; }
+    static void chroma(const Row& r, std::ptrdiff_t x, int& cb, int& cr) {
         cb = r.cb[(x >> 1) * 2];
         cr = r.cr[(x >> 1) * 2];
     }
@@ -129,11 +130,11 @@ struct Filter420 {
         r.cb = rowAt(s.p[2], s.step[2], near);
         r.cbFar = rowAt(s.p[2], s.step[2], far);
     }
-    static int luma(const Row& r, int x) { return r.y[x]; }
+    static int luma(const Row& r, std::ptrdiff_t x) { return r.y[x]; }
     static int filtered(const uint8_t* near, const uint8_t* far, int i, int j) {
         return (3 * (3 * near[i] + far[i]) + 3 * near[j] + far[j] + 8) >> 4;
     }
-    static void chroma(const Row& r, int x, int& cb, int& cr) {
+    static void chroma(const Row& r, std::ptrdiff_t x, int& cb, int& cr) {
         const int i = x >> 1, j = (x & 1) ? std::min(i + 1, r.chromaWidth - 1) : std::max(i - 1, 0);
         cb = filtered(r.cb, r.cbFar, i, j);
         cr = filtered(r.cr, r.crFar, i, j);
@@ -161,7 +162,7 @@ struct Blocked709 {
     static constexpr bool simd = true;
     static constexpr const BlockCoeffs& k = M::k;
     static int simdEnd(const Row& r) { return r.blockEnd; }
-    static Rgb pixel(const Row& r, int x, int y, int cb, int cr) {
+    static Rgb pixel(const Row& r, std::ptrdiff_t x, int y, int cb, int cr) {
         return x < r.blockEnd ? decBlock(y, cb, cr, M::k) : decRef(y, cb, cr, M::ref);
     }
 };
@@ -180,7 +181,7 @@ struct Interleaved {
     static constexpr bool bgr = Bgr, planes = false;
     static constexpr int channels = Channels;
     static void bind(Row& r, const Dst& d, int y) { r.d[0] = rowAt(d.p[0], d.step, y); }
-    static void put(const Row& r, int x, Rgb c) {
+    static void put(const Row& r, std::ptrdiff_t x, Rgb c) {
         uint8_t* p = r.d[0] + x * Channels;
         p[0] = Bgr ? c.b : c.r;
         p[1] = c.g;
@@ -195,7 +196,7 @@ struct PlanesRgb {
     static void bind(Row& r, const Dst& d, int y) {
         for (int i = 0; i < 3; ++i) r.d[i] = rowAt(d.p[i], d.step, y);
     }
-    static void put(const Row& r, int x, Rgb c) {
+    static void put(const Row& r, std::ptrdiff_t x, Rgb c) {
         r.d[0][x] = c.r;
         r.d[1][x] = c.g;
         r.d[2][x] = c.b;
@@ -237,7 +238,7 @@ int rowAvx512(const Row& first, const Row& second);
 
 template <class L, class A, class O>
 void rowScalar(const Row& r, int from, int to) {
-    for (int x = from; x < to; ++x) {
+    for (std::ptrdiff_t x = from; x < to; ++x) {
         int cb, cr;
         L::chroma(r, x, cb, cr);
         O::put(r, x, A::pixel(r, x, L::luma(r, x), cb, cr));

@@ -96,8 +96,8 @@ struct Load;
 
 template <class V, int H, int Vs, int CbP, int CrP, bool T>
 struct Load<V, Planar<H, Vs, CbP, CrP>, T> {
-    static Luma<V> luma(const Row& r, int x) { return lumaPlane<V, T>(r.y + x); }
-    static Chroma<V> chroma(const Row& r, int x) {
+    static Luma<V> luma(const Row& r, std::ptrdiff_t x) { return lumaPlane<V, T>(r.y + x); }
+    static Chroma<V> chroma(const Row& r, std::ptrdiff_t x) {
         if constexpr (H == 2)
             return {order<V, T>(V::widenHalf(r.cb + x / 2)), order<V, T>(V::widenHalf(r.cr + x / 2))};
         else
@@ -107,8 +107,8 @@ struct Load<V, Planar<H, Vs, CbP, CrP>, T> {
 
 template <class V, int CbOff, bool T>
 struct Load<V, TwoPlane<CbOff>, T> {
-    static Luma<V> luma(const Row& r, int x) { return lumaPlane<V, T>(r.y + x); }
-    static Chroma<V> chroma(const Row& r, int x) {
+    static Luma<V> luma(const Row& r, std::ptrdiff_t x) { return lumaPlane<V, T>(r.y + x); }
+    static Chroma<V> chroma(const Row& r, std::ptrdiff_t x) {
         const auto c = order<V, T>(V::load(r.cb - CbOff + x));  // N/2 pairs start at byte x
         const auto first = V::and_(c, V::set16(0xff)), second = V::template srl16<8>(c);
         return {CbOff ? second : first, CbOff ? first : second};
@@ -133,9 +133,9 @@ inline typename V::I filteredBytes(const uint8_t* near, const uint8_t* far, int 
 
 template <class V, bool T>
 struct Load<V, Filter420, T> {
-    static Luma<V> luma(const Row& r, int x) { return lumaPlane<V, T>(r.y + x); }
+    static Luma<V> luma(const Row& r, std::ptrdiff_t x) { return lumaPlane<V, T>(r.y + x); }
     // Chroma per pixel, halves A and B.
-    static void chroma(const Row& r, int x, Chroma<V>& a, Chroma<V>& b) {
+    static void chroma(const Row& r, std::ptrdiff_t x, Chroma<V>& a, Chroma<V>& b) {
         const auto cb = order<V, T>(filteredBytes<V>(r.cb, r.cbFar, x / 2));
         const auto cr = order<V, T>(filteredBytes<V>(r.cr, r.crFar, x / 2));
         a = {V::unpackLo8(cb, V::zero()), V::unpackLo8(cr, V::zero())};
@@ -150,7 +150,7 @@ struct Load<V, Packed422<YOff, CbOff, CrOff>, T> {
         Luma<V> y;
         Chroma<V> c;
     };
-    static Both both(const Row& r, int x) {
+    static Both both(const Row& r, std::ptrdiff_t x) {
         const uint8_t* p = r.y - YOff + 2 * x;
         const auto v0 = V::load(p), v1 = V::load(p + V::N);
         const auto w0 = T ? V::groupsT(v0) : V::lanesEven(v0, v1), w1 = T ? V::groupsT(v1) : V::lanesOdd(v0, v1);
@@ -285,7 +285,7 @@ inline void interleave4(typename V::I a, typename V::I b, typename V::I c, typen
     q[3] = V::unpackHi16(ab1, cd1);
 }
 template <class V, class O>
-inline void put(const Row& r, int x, const Channels<V>& c) {
+inline void put(const Row& r, std::ptrdiff_t x, const Channels<V>& c) {
     if constexpr (O::planes) {
         V::store(r.d[0] + x, c.r);
         V::store(r.d[1] + x, c.g);
@@ -313,7 +313,7 @@ constexpr bool isPacked<Packed422<Y, B, R>> = true;
 // One vector of pixels at x: with Pair, of both rows of a 4:2:0 pair (sharing
 // the chroma terms), else of row r0 only.
 template <class V, class L, class A, class O, bool Pair>
-TPX_DEC_SUB_INLINE void vectorAt(const Row& r0, const Row& r1, int x) {
+TPX_DEC_SUB_INLINE void vectorAt(const Row& r0, const Row& r1, std::ptrdiff_t x) {
     using In = Load<V, L, !O::planes>;
     if constexpr (isFilter<L>) {
         for (const Row* r : {&r0, &r1}) {
@@ -347,7 +347,7 @@ TPX_DEC_SUB_INLINE void prefetchAhead(const uint8_t* p) {
     for (int k = 0; k < Bytes; k += 64) _mm_prefetch(reinterpret_cast<const char*>(at + k), _MM_HINT_T0);
 }
 template <class V, class O>
-TPX_DEC_SUB_INLINE void prefetchRow(const Row& r, int x) {
+TPX_DEC_SUB_INLINE void prefetchRow(const Row& r, std::ptrdiff_t x) {
     if constexpr (O::planes) {
         for (int i = 0; i < 3; ++i) prefetchAhead<V::N>(r.d[i] + x);
     } else {
@@ -360,7 +360,7 @@ TPX_DEC_SUB_INLINE void prefetchRow(const Row& r, int x) {
 // (and so the same bytes). Pair: both rows of a 4:2:0 pair per vector.
 template <class V, class L, class A, class O, bool Pair>
 TPX_DEC_SUB_INLINE void span(const Row& r0, const Row& r1, int from, int end) {
-    int x = from;
+    std::ptrdiff_t x = from;
     for (; x + V::N <= end; x += V::N) {
         prefetchRow<V, O>(r0, x);
         if constexpr (Pair && L::vsub == 2) prefetchRow<V, O>(r1, x);

@@ -1,0 +1,72 @@
+// The table of exports covers every image export the library has, and each
+// entry calls the export its name says.
+#include "support/export_table.hpp"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <set>
+#include <sstream>
+#include <string>
+
+namespace {
+
+std::string sourceDir() {
+    const std::string here = __FILE__;
+    return here.substr(0, here.rfind("/tests/"));
+}
+
+// Names declared in the public header with a TpxStatus result.
+std::set<std::string> declaredImageExports() {
+    std::ifstream in(sourceDir() + "/include/tpxcc.h");
+    std::stringstream text;
+    text << in.rdbuf();
+    const std::string s = text.str(), marker = "TPXCC_API TpxStatus ";
+    std::set<std::string> names;
+    for (size_t at = s.find(marker); at != std::string::npos; at = s.find(marker, at + 1)) {
+        const size_t from = at + marker.size(), to = s.find('(', from);
+        names.insert(s.substr(from, to - from));
+    }
+    return names;
+}
+
+TEST(ExportTable, CoversEveryDeclaredImageExport) {
+    const std::set<std::string> declared = declaredImageExports();
+    ASSERT_GT(declared.size(), 100u);
+    std::set<std::string> listed;
+    std::ifstream list(sourceDir() + "/tests/frame/exports.txt");
+    for (std::string line; std::getline(list, line);) listed.insert(line);
+    std::set<std::string> inTable;
+    for (const tpxtest::Export& e : tpxtest::exportTable()) {
+        EXPECT_TRUE(inTable.insert(e.name).second) << "twice in the table: " << e.name;
+        EXPECT_TRUE(declared.count(e.name)) << "in the table but not declared: " << e.name;
+    }
+    for (const std::string& name : declared) {
+        EXPECT_TRUE(listed.count(name)) << "declared but not in exports.txt: " << name;
+        EXPECT_TRUE(inTable.count(name)) << "declared but missing from the export table: " << name;
+    }
+}
+
+// Null images come first in every member's checks, so an all-null call is
+// refused with -8 whatever the thunk passes for the rest.
+TEST(ExportTable, EveryThunkReachesItsExport) {
+    for (const tpxtest::Export& e : tpxtest::exportTable()) {
+        tpxtest::Args a;
+        a.width = a.height = a.imageWidth = a.imageHeight = 8;
+        EXPECT_EQ(e.call(a), tpxStatusNullPtr) << e.name;
+    }
+}
+
+// A small whole image passes every check; the status is 0, or +35 where the
+// member warns about partial blocks.
+TEST(ExportTable, ShapesDescribeValidCalls) {
+    for (const tpxtest::Export& e : tpxtest::exportTable())
+        for (int64_t w : {8, 9}) {
+            tpxtest::Buffers b(e, w, w, 7);
+            const TpxStatus want =
+                w % 2 && e.shape.warn != tpxtest::Warn::None ? tpxStatusOddSize : tpxStatusOk;
+            EXPECT_EQ(e.call(b.args), want) << e.name << " " << w << "x" << w;
+        }
+}
+
+}  // namespace
