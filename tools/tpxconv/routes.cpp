@@ -157,20 +157,15 @@ TpxStatus gather(const uint8_t* src, int srcStride, int offset, uint8_t* dst, in
 }
 
 // Alpha of a four-channel destination that the source lacks: gray-to-colour
-// with alpha writes it (the colour bytes are overwritten afterwards).
+// with alpha writes it (the colour bytes are overwritten afterwards). One zero
+// row serves every line through a source step of 0.
 TpxStatus fillAlpha(const View& d, int alpha) {
     const std::vector<uint8_t> zero(size_t(d.w) * size_t(d.fmt->bytes));
-    const int zeroStep = int(zero.size());
-    for (int y = 0; y < d.h; ++y) {
-        uint8_t* row = d.p[0] + std::ptrdiff_t(y) * d.step[0];
-        const TpxStatus st =
-            d.fmt->bytes == 1
-                ? tpxiGrayToRGB_8u_C1C4R(zero.data(), zeroStep, row, d.step[0], {d.w, 1}, Tpx8u(alpha))
-                : tpxiGrayToRGB_16u_C1C4R(reinterpret_cast<const Tpx16u*>(zero.data()), zeroStep, u16(row),
-                                          d.step[0], {d.w, 1}, Tpx16u(alpha * 257));
-        if (st < 0) return st;
-    }
-    return tpxStatusOk;
+    const TpxSize size{d.w, d.h};
+    return d.fmt->bytes == 1
+               ? tpxiGrayToRGB_8u_C1C4R(zero.data(), 0, d.p[0], d.step[0], size, Tpx8u(alpha))
+               : tpxiGrayToRGB_16u_C1C4R(reinterpret_cast<const Tpx16u*>(zero.data()), 0, u16(d.p[0]), d.step[0],
+                                         size, Tpx16u(alpha * 257));
 }
 
 TpxStatus repack(const View& s, const View& d, const Options& o) {
