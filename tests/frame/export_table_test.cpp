@@ -1,6 +1,7 @@
 // The table of exports covers every image export the library has, and each
 // entry calls the export its name says.
 #include "support/export_table.hpp"
+#include "support/harness.hpp"
 
 #include <gtest/gtest.h>
 
@@ -47,26 +48,25 @@ TEST(ExportTable, CoversEveryDeclaredImageExport) {
     }
 }
 
-// Null images come first in every member's checks, so an all-null call is
-// refused with -8 whatever the thunk passes for the rest.
-TEST(ExportTable, EveryThunkReachesItsExport) {
-    for (const tpxtest::Export& e : tpxtest::exportTable()) {
-        tpxtest::Args a;
-        a.width = a.height = a.imageWidth = a.imageHeight = 8;
-        EXPECT_EQ(e.call(a), tpxStatusNullPtr) << e.name;
-    }
-}
-
 // A small whole image passes every check; the status is 0, or +35 where the
 // member warns about partial blocks.
 TEST(ExportTable, ShapesDescribeValidCalls) {
     for (const tpxtest::Export& e : tpxtest::exportTable())
         for (int64_t w : {8, 9}) {
             tpxtest::Buffers b(e, w, w, 7);
-            const TpxStatus want =
-                w % 2 && e.shape.warn != tpxtest::Warn::None ? tpxStatusOddSize : tpxStatusOk;
-            EXPECT_EQ(e.call(b.args), want) << e.name << " " << w << "x" << w;
+            const TpxStatus got = e.call(b.args);
+            if (e.shape.warn == tpxtest::Warn::Data) {
+                EXPECT_GE(got, 0) << e.name;
+                continue;
+            }
+            const TpxStatus want = w % 2 && e.shape.warn != tpxtest::Warn::None ? tpxStatusOddSize : tpxStatusOk;
+            EXPECT_EQ(got, want) << e.name << " " << w << "x" << w;
         }
+}
+
+// Every check of every export in its order, alone and in pairs.
+TEST(ExportTable, ChecksInOrderAndRefusedCallsWriteNothing) {
+    for (const tpxtest::Export& e : tpxtest::exportTable()) tpxtest::expectChecks(e);
 }
 
 }  // namespace

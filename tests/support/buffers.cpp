@@ -1,0 +1,124 @@
+#include "support/buffers.hpp"
+
+#include <cstring>
+#include <random>
+
+namespace tpxtest {
+namespace {
+
+constexpr std::ptrdiff_t kGuard = 64;
+
+// Byte distance between rows of `rowBytes` bytes: whole elements, 11 of
+// them more when padded.
+int64_t stepFor(const ImageShape& im, StepKind k, int64_t rowBytes) {
+    const int e = elemBytes(im.elem);
+    const int64_t tight = (rowBytes + e - 1) / e * e, padded = tight + 11 * e;
+    switch (k) {
+        case StepKind::Tight: return tight;
+        case StepKind::Padded: return padded;
+        case StepKind::Negative: return -padded;
+        default: return 0;
+    }
+}
+
+// Samples of one row: random bits, or 0..1 for floating types.
+void fillRow(Elem e, uint8_t* p, int64_t bytes, std::mt19937& rng) {
+    if (e == Elem::F32) {
+        for (int64_t i = 0; i + 4 <= bytes; i += 4) {
+            const float f = float(rng() % 256) / 255.0f;
+            std::memcpy(p + i, &f, 4);
+        }
+    } else if (e == Elem::F64) {
+        for (int64_t i = 0; i + 8 <= bytes; i += 8) {
+            const double f = double(rng() % 256) / 255.0;
+            std::memcpy(p + i, &f, 8);
+        }
+    } else {
+        for (int64_t i = 0; i < bytes; ++i) p[i] = uint8_t(rng());
+    }
+}
+
+}  // namespace
+
+Buffers::Buffers(const Export& e, int64_t width, int64_t height, uint32_t seed, Layout layout) {
+    const ExportShape& s = e.shape;
+    std::mt19937 rng(seed);
+    for (int d = 0; d < 2; ++d) {
+        const ImageShape& im = side(s, d);
+        const StepKind kind = s.noSteps ? StepKind::Tight : d ? layout.dst : layout.src;
+        for (int p = 0; p < im.planes; ++p) {
+            Plane pl;
+            pl.rows = planeRows(im, p, height);
+            pl.rowBytes = planeRowBytes(im, p, width);
+            // Planes sharing one step take the first plane's.
+            pl.step = im.pass == Pass::Planes && p > 0 ? side_[d][0].step : stepFor(im, kind, pl.rowBytes);
+            const int64_t stored = pl.step == 0 ? 1 : pl.rows;
+            const int64_t span = stored > 0 ? (stored - 1) * std::abs(pl.step) + pl.rowBytes : 0;
+            const int e8 = elemBytes(im.elem);
+            const std::ptrdiff_t skew = e8 == 1 ? 3 : e8;  // deliberately not 16-byte aligned
+            pl.bytes.resize(size_t(2 * kGuard + skew + span));
+            for (uint8_t& b : pl.bytes) b = uint8_t(rng());
+            pl.origin = kGuard + skew + (pl.step < 0 ? (stored - 1) * -pl.step : 0);
+            (d ? args.dstStep : args.srcStep)[p] = stepArgument(im, pl.step);
+            side_[d].push_back(std::move(pl));
+        }
+    }
+    // The images the call reads: the source, or the destination in place.
+    const int in = s.inPlace() ? 1 : 0;
+    const ImageShape& inShape = side(s, in);
+    for (int p = 0; p < planes(in); ++p)
+        for (int64_t r = 0; r < rows(in, p); ++r) fillRow(inShape.elem, row(in, p, r), rowBytes(in, p), rng);
+    if (s.family && s.family->fill)
+        for (int p = 0; p < planes(in); ++p)
+            s.family->fill(p, row(in, p, 0), rowBytes(in, p), rows(in, p), stepBytes(in, p), seed + uint32_t(p));
+    for (int d = 0; d < 2; ++d)
+        for (Plane& pl : side_[d]) pl.snapshot = pl.bytes;
+
+    args.width = width;
+    args.height = height;
+    if (s.bayer()) args.imageWidth = width, args.imageHeight = height;
+    if (s.family && s.family->init) s.family->init(args, extra_, seed);
+    pointArgs();
+}
+
+Buffers::Buffers(const Buffers& o) : args(o.args), side_{o.side_[0], o.side_[1]}, extra_(o.extra_) {
+    // Family data and the work buffer live in extra_: point into this copy's.
+    auto rebase = [&](auto* p) -> decltype(p) {
+        const auto* b = reinterpret_cast<const uint8_t*>(p);
+        if (!p || o.extra_.empty() || b < o.extra_.data() || b >= o.extra_.data() + o.extra_.size()) return p;
+        return reinterpret_cast<decltype(p)>(extra_.data() + (b - o.extra_.data()));
+    };
+    args.extra = rebase(args.extra);
+    args.buffer = rebase(args.buffer);
+    pointArgs();
+}
+
+void Buffers::pointArgs() {
+    for (int d = 0; d < 2; ++d)
+        for (int p = 0; p < planes(d); ++p) {
+            Plane& pl = side_[d][size_t(p)];
+            uint8_t* at = pl.bytes.data() + pl.origin;
+            if (d) args.dst[p] = at;
+            else args.src[p] = at;
+        }
+}
+
+::testing::AssertionResult Buffers::intact(int d) const {
+    for (size_t p = 0; p < side_[d].size(); ++p) {
+        const Plane& pl = side_[d][p];
+        for (size_t i = 0; i < pl.bytes.size(); ++i)
+            if (pl.bytes[i] != pl.snapshot[i])
+                return ::testing::AssertionFailure()
+                       << (d ? "destination" : "source") << " plane " << p << " changed at byte "
+                       << std::ptrdiff_t(i) - pl.origin << " from row 0 (step " << pl.step << ")";
+    }
+    return ::testing::AssertionSuccess();
+}
+
+bool Buffers::sameDestination(const Buffers& o) const {
+    for (size_t p = 0; p < side_[1].size(); ++p)
+        if (side_[1][p].bytes != o.side_[1][p].bytes) return false;
+    return true;
+}
+
+}  // namespace tpxtest

@@ -1,0 +1,116 @@
+#include "support/harness.hpp"
+
+#include "support/checks.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <sstream>
+
+namespace tpxtest {
+namespace {
+
+double sample(Elem e, const uint8_t* p, bool& nan) {
+    nan = false;
+    switch (e) {
+        case Elem::U8: return *p;
+        case Elem::U16: { uint16_t v; std::memcpy(&v, p, 2); return v; }
+        case Elem::S16: { int16_t v; std::memcpy(&v, p, 2); return v; }
+        case Elem::U32: { uint32_t v; std::memcpy(&v, p, 4); return v; }
+        case Elem::S32: { int32_t v; std::memcpy(&v, p, 4); return v; }
+        case Elem::F32: { float v; std::memcpy(&v, p, 4); nan = v != v; return v; }
+        case Elem::F64: { double v; std::memcpy(&v, p, 8); nan = v != v; return v; }
+    }
+    return 0;
+}
+
+// Destination plane p of `got` against `want`: the samples of the ROI rows
+// within the tolerance, every other byte identical.
+::testing::AssertionResult samePlane(const Export& e, Buffers& got, Buffers& want, int p, double tolerance) {
+    const std::vector<uint8_t>& g = got.bytes(1, p);
+    const std::vector<uint8_t>& w = want.bytes(1, p);
+    std::vector<uint8_t> inRow(g.size(), 0);
+    const Elem el = e.shape.dst.elem;
+    const int eb = elemBytes(el);
+    if (tolerance > 0)
+        for (int64_t r = 0; r < got.rows(1, p); ++r) {
+            const std::ptrdiff_t at = got.row(1, p, r) - g.data();
+            for (int64_t b = 0; b < got.rowBytes(1, p); ++b) inRow[size_t(at + b)] = 1;
+        }
+    for (size_t i = 0; i < g.size(); ++i) {
+        if (g[i] == w[i]) continue;
+        const std::ptrdiff_t fromRow0 = std::ptrdiff_t(i) - (got.row(1, p, 0) - g.data());
+        if (inRow[i]) {
+            // Compare the whole sample that holds byte i.
+            const size_t start = i - size_t(((fromRow0 % eb) + eb) % eb);
+            bool gn, wn;
+            const double a = sample(el, &g[start], gn), b = sample(el, &w[start], wn);
+            if ((gn && wn) || std::fabs(a - b) <= tolerance) {
+                i = start + size_t(eb) - 1;
+                continue;
+            }
+            return ::testing::AssertionFailure() << "plane " << p << " byte " << fromRow0 << " from row 0: got " << a
+                                                 << ", want " << b;
+        }
+        return ::testing::AssertionFailure() << "plane " << p << " byte " << fromRow0 << " from row 0 (step "
+                                             << got.stepBytes(1, p) << "): got " << int(g[i]) << ", want "
+                                             << int(w[i]);
+    }
+    return ::testing::AssertionSuccess();
+}
+
+}  // namespace
+
+void expectModel(const Model& m, const Export& e, const Shape& s) {
+    Buffers got(e, s.width, s.height, s.seed, {s.src, s.dst});
+    Buffers want(got);
+    const TpxStatus status = e.call(got.args);
+    const TpxStatus expected = m.reference(e, want.args);
+    std::ostringstream where;
+    where << e.name << " " << s;
+    EXPECT_EQ(status, expected) << where.str();
+    EXPECT_TRUE(got.intact(0)) << where.str();
+    for (int p = 0; p < got.planes(1); ++p) ASSERT_TRUE(samePlane(e, got, want, p, m.tolerance)) << where.str();
+}
+
+void expectModels(const std::vector<Model>& models, const std::vector<Shape>& shapes) {
+    for (const Model& m : models) {
+        const Export* e = findExport(m.name);
+        ASSERT_NE(e, nullptr) << m.name << " is not in the export table";
+        const std::vector<Shape> all = shapes.empty() ? standardShapes(e->shape.minW, e->shape.minH) : shapes;
+        for (const Shape& s : all) {
+            expectModel(m, *e, s);
+            if (::testing::Test::HasFatalFailure()) return;
+        }
+    }
+}
+
+void expectChecks(const Export& e) {
+    const ExportShape& s = e.shape;
+    const std::vector<Fault> faults = faultsOf(e);
+    const int64_t w = std::max<int64_t>(s.minW, 8) + 1, h = std::max<int64_t>(s.minH, 4) + 2;
+    const Buffers valid(e, w, h, 5);
+    auto run = [&](std::initializer_list<size_t> which) {
+        Buffers b(valid);
+        std::string names;
+        for (size_t k : which) {
+            faults[k].apply(b.args);
+            names += (names.empty() ? "" : " + ") + faults[k].name;
+        }
+        const TpxStatus want = checkStatus(faults, b.args);
+        EXPECT_EQ(e.call(b.args), want) << e.name << " with " << names;
+        if (want < 0) {
+            EXPECT_TRUE(b.intact(1)) << e.name << " with " << names;
+        }
+        EXPECT_TRUE(b.intact(0)) << e.name << " with " << names;
+    };
+    for (size_t i = 0; i < faults.size(); ++i) {
+        run({i});
+        for (size_t j = i + 1; j < faults.size(); ++j) {
+            run({i, j});
+            run({j, i});
+        }
+    }
+}
+
+}  // namespace tpxtest

@@ -1,0 +1,73 @@
+// Differential tests of exports against independent models.
+//
+// A model is written in the test from the formulas alone, per pixel, and
+// takes the same argument record as the export: it reads the source planes
+// and writes into the destination planes exactly what the export must
+// write, and returns the status the export must return. expectModels()
+// runs each export and its model on the same images over the standard
+// shapes (widths 1 to 67 and a few large ones, odd heights, tight, padded,
+// upward and zero steps) and compares every byte of every destination
+// buffer, guard bytes included: a byte written outside the ROI, or an AC4
+// alpha byte written, is a difference like any other.
+#pragma once
+
+#include "support/buffers.hpp"
+#include "support/export_table.hpp"
+#include "support/shapes.hpp"
+
+#include <cstring>
+#include <vector>
+
+namespace tpxtest {
+
+using Reference = TpxStatus (*)(const Export& e, const Args& a);
+
+struct Model {
+    const char* name;  // the export
+    Reference reference;
+    // Largest difference allowed in a sample the model writes (0: the same
+    // bytes; floats are compared as values, NaN equal to NaN).
+    double tolerance = 0;
+};
+
+// Each model against its export over the standard shapes (or `shapes`).
+void expectModels(const std::vector<Model>& models, const std::vector<Shape>& shapes = {});
+// One export against its model on one image.
+void expectModel(const Model& m, const Export& e, const Shape& s);
+
+// Element x of row y of one plane, through the plane's step as the export
+// reads it (rows need not be aligned to the element).
+template <class T>
+struct View {
+    uint8_t* row0;
+    int64_t step;
+    T operator()(int64_t x, int64_t y) const {
+        T v;
+        std::memcpy(&v, row0 + y * step + x * int64_t(sizeof(T)), sizeof v);
+        return v;
+    }
+    void set(int64_t x, int64_t y, T v) const { std::memcpy(row0 + y * step + x * int64_t(sizeof(T)), &v, sizeof v); }
+};
+
+// Plane p of the images an export reads (the destination, in place) and writes.
+template <class T>
+View<T> in(const Export& e, const Args& a, int p) {
+    const bool d = e.shape.inPlace();
+    const ImageShape& im = side(e.shape, d);
+    const int q = im.pass == Pass::Planes ? 0 : p;
+    void* base = d ? a.dst[p] : const_cast<void*>(a.src[p]);
+    return {static_cast<uint8_t*>(base), effectiveStep(im, d ? a.dstStep[q] : a.srcStep[q])};
+}
+template <class T>
+View<T> out(const Export& e, const Args& a, int p) {
+    const ImageShape& im = e.shape.dst;
+    const int q = im.pass == Pass::Planes ? 0 : p;
+    return {static_cast<uint8_t*>(a.dst[p]), effectiveStep(im, a.dstStep[q])};
+}
+
+// Each check of `e` alone and every ordered pair of them on the valid
+// arguments of a small image: the call answers with the status of the first
+// fault in the member's order and writes nothing.
+void expectChecks(const Export& e);
+
+}  // namespace tpxtest
