@@ -330,6 +330,24 @@ TPXCC_API TpxStatus tpxiDemosaicAHD_16u_C1C3R(const uint16_t* pSrc, TpxRect srcR
                                                uint16_t* pDst, int dstStep, TpxBayerGrid grid);
 /* end of high-quality demosaicing */
 
+/* ---- Chroma layout, interlaced and 16:20 conversions ---------------- */
+/* end of chroma layout conversions */
+
+/* ---- v210 and 12-bit packing, YCoCg, analog YUV --------------------- */
+/* end of v210, 12-bit, YCoCg and analog YUV conversions */
+
+/* ---- HSV, HLS and photo YCC ----------------------------------------- */
+/* end of HSV, HLS and photo YCC conversions */
+
+/* ---- XYZ, Lab and LUV ----------------------------------------------- */
+/* end of XYZ, Lab and LUV conversions */
+
+/* ---- Colour twist and gamma correction ------------------------------ */
+/* end of colour twist and gamma correction */
+
+/* ---- Bit-depth reduction with dithering, tone mapping --------------- */
+/* end of bit-depth reduction and tone mapping */
+
 #ifdef __cplusplus
 }
 #endif
