@@ -248,7 +248,7 @@ int run(const uint8_t* data, size_t size) {
                 rowBytes[d][p] = d ? planeRowBytes(im, p, win.outW) : win.cols * elemBytes(im.elem);
             } else {
                 rows[d][p] = planeRows(im, p, a.height);
-                rowBytes[d][p] = planeRowBytes(im, p, a.width);
+                rowBytes[d][p] = rowBytesOf(s, d, p, a);
             }
             const int64_t perUnit = im.unit == StepUnit::Elements ? elemBytes(im.elem) : 1;
             if (im.pass == Pass::Planes && p > 0) steps[p] = steps[0];

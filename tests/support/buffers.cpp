@@ -1,5 +1,6 @@
 #include "support/buffers.hpp"
 
+#include <cstdlib>
 #include <cstring>
 #include <random>
 
@@ -43,13 +44,17 @@ void fillRow(Elem e, uint8_t* p, int64_t bytes, std::mt19937& rng) {
 Buffers::Buffers(const Export& e, int64_t width, int64_t height, uint32_t seed, Layout layout) {
     const ExportShape& s = e.shape;
     std::mt19937 rng(seed);
+    args.width = width;
+    args.height = height;
+    if (s.bayer()) args.imageWidth = width, args.imageHeight = height;
+    if (s.family && s.family->init) s.family->init(args, extra_, seed);
     for (int d = 0; d < 2; ++d) {
         const ImageShape& im = side(s, d);
         const StepKind kind = s.noSteps ? StepKind::Tight : d ? layout.dst : layout.src;
         for (int p = 0; p < im.planes; ++p) {
             Plane pl;
             pl.rows = planeRows(im, p, height);
-            pl.rowBytes = planeRowBytes(im, p, width);
+            pl.rowBytes = rowBytesOf(s, d, p, args);
             // Planes sharing one step take the first plane's.
             pl.step = im.pass == Pass::Planes && p > 0 ? side_[d][0].step : stepFor(im, kind, pl.rowBytes);
             const int64_t stored = pl.step == 0 ? 1 : pl.rows;
@@ -73,11 +78,6 @@ Buffers::Buffers(const Export& e, int64_t width, int64_t height, uint32_t seed, 
             s.family->fill(p, row(in, p, 0), rowBytes(in, p), rows(in, p), stepBytes(in, p), seed + uint32_t(p));
     for (int d = 0; d < 2; ++d)
         for (Plane& pl : side_[d]) pl.snapshot = pl.bytes;
-
-    args.width = width;
-    args.height = height;
-    if (s.bayer()) args.imageWidth = width, args.imageHeight = height;
-    if (s.family && s.family->init) s.family->init(args, extra_, seed);
     pointArgs();
 }
 
@@ -103,16 +103,16 @@ void Buffers::pointArgs() {
         }
 }
 
-::testing::AssertionResult Buffers::intact(int d) const {
+std::string Buffers::firstChange(int d) const {
     for (size_t p = 0; p < side_[d].size(); ++p) {
         const Plane& pl = side_[d][p];
         for (size_t i = 0; i < pl.bytes.size(); ++i)
             if (pl.bytes[i] != pl.snapshot[i])
-                return ::testing::AssertionFailure()
-                       << (d ? "destination" : "source") << " plane " << p << " changed at byte "
-                       << std::ptrdiff_t(i) - pl.origin << " from row 0 (step " << pl.step << ")";
+                return std::string(d ? "destination" : "source") + " plane " + std::to_string(p) +
+                       " changed at byte " + std::to_string(std::ptrdiff_t(i) - pl.origin) + " from row 0 (step " +
+                       std::to_string(pl.step) + ")";
     }
-    return ::testing::AssertionSuccess();
+    return {};
 }
 
 bool Buffers::sameDestination(const Buffers& o) const {

@@ -7,9 +7,10 @@
 #pragma once
 
 #include "support/export_table.hpp"
-#include "support/image.hpp"
+#include "support/layout.hpp"
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace tpxtest {
@@ -40,8 +41,9 @@ public:
     // Every byte of plane p of side d, guards included.
     const std::vector<uint8_t>& bytes(int d, int p) const { return side_[d][size_t(p)].bytes; }
 
-    // No byte of side d changed since construction.
-    ::testing::AssertionResult intact(int d) const;
+    // No byte of side d changed since construction; otherwise the first change.
+    bool intact(int d) const { return firstChange(d).empty(); }
+    std::string firstChange(int d) const;
     // Every destination byte as in `other` (same export and layout).
     bool sameDestination(const Buffers& other) const;
 

@@ -37,10 +37,12 @@ constexpr int elemBytes(Elem e) {
     return e == Elem::U8 ? 1 : e == Elem::U16 || e == Elem::S16 ? 2 : e == Elem::F64 ? 8 : 4;
 }
 
-// One plane: `unitBytes` bytes for every `hsub` pixels of a row (a whole unit
-// only), one plane row for every `vsub` image rows (whole ones only).
+// One plane: `unitBytes` bytes for every `hsub` pixels of a row (whole units
+// only, or with `partial` a last partial unit too), one plane row for every
+// `vsub` image rows (whole ones only).
 struct Plane {
     uint8_t unitBytes, hsub, vsub;
+    bool partial = false;
 };
 
 struct ImageShape {
@@ -84,6 +86,9 @@ struct Family {
     const FamilyCheck* checks;
     uint8_t checkCount;
     bool extraRequired;  // a null Args::extra is a null-pointer fault (checked with the images)
+    // Bytes of a row of plane p of side d where the shape alone cannot say
+    // (they depend on a family argument, such as a bit offset); null: the shape's.
+    int64_t (*rowBytes)(int d, int p, const Args& a) = nullptr;
 };
 
 struct ExportShape {
@@ -144,7 +149,8 @@ const Export* findExport(const char* name);
 
 // Bytes of one row of plane p of an image `width` pixels wide, and its rows.
 inline int64_t planeRowBytes(const ImageShape& s, int p, int64_t width) {
-    return width / s.plane[p].hsub * s.plane[p].unitBytes;
+    const Plane& pl = s.plane[p];
+    return (pl.partial ? (width + pl.hsub - 1) : width) / pl.hsub * pl.unitBytes;
 }
 inline int64_t planeRows(const ImageShape& s, int p, int64_t height) { return height / s.plane[p].vsub; }
 // The byte step the library walks rows with, given the step argument.
@@ -162,5 +168,10 @@ inline int64_t stepArgument(const ImageShape& s, int64_t bytes) {
 }
 // The side of an export whose images are the destination (and, in place, the source).
 inline const ImageShape& side(const ExportShape& s, int d) { return d ? s.dst : s.src; }
+// Bytes of a row of plane p of side d for the call `a` (ROI a.width wide).
+inline int64_t rowBytesOf(const ExportShape& s, int d, int p, const Args& a) {
+    if (s.family && s.family->rowBytes) return s.family->rowBytes(d, p, a);
+    return planeRowBytes(side(s, d), p, a.width);
+}
 
 }  // namespace tpxtest

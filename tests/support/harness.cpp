@@ -69,7 +69,7 @@ void expectModel(const Model& m, const Export& e, const Shape& s) {
     std::ostringstream where;
     where << e.name << " " << s;
     EXPECT_EQ(status, expected) << where.str();
-    EXPECT_TRUE(got.intact(0)) << where.str();
+    EXPECT_EQ(got.firstChange(0), "") << where.str();
     for (int p = 0; p < got.planes(1); ++p) ASSERT_TRUE(samePlane(e, got, want, p, m.tolerance)) << where.str();
 }
 
@@ -100,9 +100,9 @@ void expectChecks(const Export& e) {
         const TpxStatus want = checkStatus(faults, b.args);
         EXPECT_EQ(e.call(b.args), want) << e.name << " with " << names;
         if (want < 0) {
-            EXPECT_TRUE(b.intact(1)) << e.name << " with " << names;
+            EXPECT_EQ(b.firstChange(1), "") << e.name << " with " << names;
         }
-        EXPECT_TRUE(b.intact(0)) << e.name << " with " << names;
+        EXPECT_EQ(b.firstChange(0), "") << e.name << " with " << names;
     };
     for (size_t i = 0; i < faults.size(); ++i) {
         run({i});

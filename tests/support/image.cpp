@@ -4,16 +4,6 @@
 
 namespace tpxtest {
 
-const char* stepName(StepKind k) {
-    switch (k) {
-        case StepKind::Tight: return "tight";
-        case StepKind::Padded: return "padded";
-        case StepKind::Negative: return "negative";
-        case StepKind::Zero: return "zero";
-    }
-    return "?";
-}
-
 namespace {
 constexpr std::ptrdiff_t kGuard = 64;
 }

@@ -3,6 +3,8 @@
 // that a call wrote nothing it should not have.
 #pragma once
 
+#include "support/layout.hpp"
+
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -17,11 +19,6 @@
 
 namespace tpxtest {
 
-// How rows are laid out: tight (step = row bytes), padded, negative (row 0 is
-// the last row in memory and the step is negative), or zero (every row is the
-// same memory).
-enum class StepKind { Tight, Padded, Negative, Zero };
-const char* stepName(StepKind k);
 
 class Image {
 public:

@@ -1,7 +1,9 @@
 // The sizes and step layouts every family is tested over.
 #pragma once
 
-#include "image.hpp"
+#include "support/layout.hpp"
+
+#include <ostream>
 
 #include <vector>
 
