@@ -90,6 +90,9 @@ Buffers::Buffers(const Buffers& o) : args(o.args), side_{o.side_[0], o.side_[1]}
     };
     args.extra = rebase(args.extra);
     args.buffer = rebase(args.buffer);
+    // A copy starts its own record of changes from the bytes it holds now.
+    for (int d = 0; d < 2; ++d)
+        for (Plane& pl : side_[d]) pl.snapshot = pl.bytes;
     pointArgs();
 }
 
