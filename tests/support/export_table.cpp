@@ -8,18 +8,28 @@ namespace tpxtest {
 namespace {
 
 std::vector<Export> build() {
+    const struct {
+        const char* heading;
+        void (*add)(std::vector<Export>&);
+    } families[] = {
+        {"RGB and YCbCr 4:4:4", addYCbCr444Rows},
+        {"RGB to subsampled YCbCr", addEncoderRows},
+        {"Subsampled YCbCr to RGB", addDecoderRows},
+        {"Gray", addGrayRows},
+        {"Bayer demosaicing", addDemosaicRows},
+        {"Chroma layout, interlaced and 16:20", addChromaLayoutRows},
+        {"v210, 12-bit, YCoCg and analog YUV", addYCoCgYuvRows},
+        {"HSV, HLS and photo YCC", addHsvHlsYccRows},
+        {"XYZ, Lab and LUV", addXyzLabLuvRows},
+        {"Colour twist and gamma", addTwistGammaRows},
+        {"Bit-depth reduction and tone mapping", addReduceBitsToneMapRows},
+    };
     std::vector<Export> t;
-    addYCbCr444Rows(t);
-    addEncoderRows(t);
-    addDecoderRows(t);
-    addGrayRows(t);
-    addDemosaicRows(t);
-    addChromaLayoutRows(t);
-    addYCoCgYuvRows(t);
-    addHsvHlsYccRows(t);
-    addXyzLabLuvRows(t);
-    addTwistGammaRows(t);
-    addReduceBitsToneMapRows(t);
+    for (const auto& f : families) {
+        const size_t first = t.size();
+        f.add(t);
+        for (size_t i = first; i < t.size(); ++i) t[i].family = f.heading;
+    }
     return t;
 }
 

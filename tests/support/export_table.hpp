@@ -142,6 +142,7 @@ struct Export {
     const char* name;
     ExportShape shape;
     Thunk call;
+    const char* family = nullptr;  // set by the table: the family's heading
 };
 
 const std::vector<Export>& exportTable();

@@ -61,59 +61,6 @@ double sample(Elem e, const uint8_t* p, bool& nan) {
 
 }  // namespace
 
-namespace {
-
-// Channels of a pixel image (planes, or elements of an interleaved pixel).
-int channelsOf(const ImageShape& im) {
-    return im.pass == Pass::Single ? im.plane[0].unitBytes / elemBytes(im.elem) : im.planes;
-}
-uint8_t* sampleAt(Buffers& b, int d, const ImageShape& im, int c, int64_t x, int64_t y) {
-    const int e = elemBytes(im.elem);
-    if (im.pass == Pass::Single) return b.row(d, 0, y) + (x * channelsOf(im) + c) * e;
-    return b.row(d, c, y) + x * e;
-}
-void store(Elem el, uint8_t* p, double v) {
-    switch (el) {
-        case Elem::U8: *p = uint8_t(v); break;
-        case Elem::U16: { const uint16_t t = uint16_t(v); std::memcpy(p, &t, 2); break; }
-        case Elem::S16: { const int16_t t = int16_t(v); std::memcpy(p, &t, 2); break; }
-        case Elem::U32: { const uint32_t t = uint32_t(v); std::memcpy(p, &t, 4); break; }
-        case Elem::S32: { const int32_t t = int32_t(v); std::memcpy(p, &t, 4); break; }
-        case Elem::F32: { const float t = float(v); std::memcpy(p, &t, 4); break; }
-        case Elem::F64: std::memcpy(p, &v, 8); break;
-    }
-}
-
-}  // namespace
-
-double roundTripError(const char* there, const char* back, int64_t width, int64_t height, const SampleFn& value) {
-    const Export& a = *findExport(there);
-    const Export& b = *findExport(back);
-    const Layout tight{StepKind::Tight, StepKind::Tight};
-    Buffers first(a, width, height, 1, tight), second(b, width, height, 2, tight);
-    const ImageShape &from = a.shape.src, &to = b.shape.dst;
-    for (int64_t y = 0; y < height; ++y)
-        for (int64_t x = 0; x < width; ++x)
-            for (int c = 0; c < channelsOf(from); ++c) store(from.elem, sampleAt(first, 0, from, c, x, y), value(c, x, y));
-    EXPECT_GE(a.call(first.args), 0) << there;
-    EXPECT_EQ(first.planes(1), second.planes(0)) << there << " and " << back;
-    for (int p = 0; p < first.planes(1); ++p)
-        for (int64_t r = 0; r < first.rows(1, p); ++r)
-            std::memcpy(second.row(0, p, r), first.row(1, p, r), size_t(first.rowBytes(1, p)));
-    EXPECT_GE(b.call(second.args), 0) << back;
-    double worst = 0;
-    const int channels = std::min(std::min(channelsOf(from), channelsOf(to)), 3);
-    for (int64_t y = 0; y < height; ++y)
-        for (int64_t x = 0; x < width; ++x)
-            for (int c = 0; c < channels; ++c) {
-                bool n1, n2;
-                const double u = sample(from.elem, sampleAt(first, 0, from, c, x, y), n1);
-                const double v = sample(to.elem, sampleAt(second, 1, to, c, x, y), n2);
-                worst = std::max(worst, std::fabs(u - v));
-            }
-    return worst;
-}
-
 void expectModelOn(const Model& m, const Export& e, const Buffers& prepared, const std::string& what) {
     Buffers got(prepared), want(prepared);
     const TpxStatus status = e.call(got.args);

@@ -16,7 +16,6 @@
 #include "support/shapes.hpp"
 
 #include <cstring>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -67,15 +66,6 @@ View<T> out(const Export& e, const Args& a, int p) {
     const int q = im.pass == Pass::Planes ? 0 : p;
     return {static_cast<uint8_t*>(a.dst[p]), effectiveStep(im, a.dstStep[q])};
 }
-
-// A round trip: `there` converts an image whose samples `value` gives
-// (channel c of pixel x in row y: a plane of planar images, an element of
-// interleaved ones), its destination becomes the source of `back`, and the
-// result is compared with the first image sample by sample. Returns the
-// largest difference over the channels both have (an alpha channel, the
-// fourth of four, is skipped).
-using SampleFn = std::function<double(int c, int64_t x, int64_t y)>;
-double roundTripError(const char* there, const char* back, int64_t width, int64_t height, const SampleFn& value);
 
 // Each check of `e` alone and every ordered pair of them on the valid
 // arguments of a small image: the call answers with the status of the first

@@ -1,19 +1,48 @@
 #include "demo.hpp"
 
+#include "frame/cpu.hpp"
+#include "support/buffers.hpp"
+#include "support/export_table.hpp"
+#include "support/roundtrips.hpp"
+#include "tpxcc.h"
+
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 
 namespace demo {
 namespace {
 
-struct Entry {
-    const char* family;
-    DemoFn fn;
-};
-std::vector<Entry>& registry() {
-    static std::vector<Entry> r;
-    return r;
+// Best time of `reps` runs of fn, in seconds.
+template <class Fn>
+double bestTime(Fn&& fn, int reps = 5) {
+    double best = 1e30;
+    for (int i = 0; i < reps; ++i) {
+        auto t0 = std::chrono::steady_clock::now();
+        fn();
+        best = std::min(best, std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count());
+    }
+    return best;
+}
+
+// The picture in the source of an export whose source holds 8-bit colour
+// pixels (three or four channels, or three or four planes); others keep the
+// table's samples.
+void paint(const tpxtest::Export& e, tpxtest::Buffers& b, const Picture& pic) {
+    const tpxtest::ImageShape& s = e.shape.src;
+    if (s.elem != tpxtest::Elem::U8 || s.plane[0].hsub != 1) return;
+    const bool planar = s.pass == tpxtest::Pass::Planes;
+    const int ch = planar ? s.planes : s.plane[0].unitBytes;
+    if ((s.pass != tpxtest::Pass::Single && !planar) || ch < 3 || ch > 4) return;
+    for (int y = 0; y < pic.height; ++y)
+        for (int x = 0; x < pic.width; ++x)
+            for (int c = 0; c < ch; ++c) {
+                const uint8_t v = c < 3 ? pic.at(x, y, c) : 255;
+                if (planar) b.row(0, c, y)[x] = v;
+                else b.row(0, 0, y)[x * ch + c] = v;
+            }
 }
 
 }  // namespace
@@ -47,25 +76,29 @@ Picture makePicture(int w, int h) {
     return p;
 }
 
-Registrar::Registrar(const char* family, DemoFn fn) { registry().push_back({family, fn}); }
-
-void Report::add(const std::string& function, TpxStatus status, double maxError, double seconds, double pixels) {
-    char err[32] = "-";
-    if (maxError >= 0) std::snprintf(err, sizeof err, "%.0f", maxError);
-    std::printf("%-44s %6d %9s %10.1f\n", function.c_str(), int(status), err,
-                seconds > 0 ? pixels / seconds / 1e6 : 0.0);
-}
-
 void printTable(const Picture& pic) {
     const TpxLibraryVersion* v = tpxccGetLibVersion();
-    std::printf("%s, version %s\n", v->name, v->versionText);
-    std::printf("test image %d x %d\n\n", pic.width, pic.height);
-    std::printf("%-44s %6s %9s %10s\n", "function", "status", "max err", "Mpix/s");
-    auto& entries = registry();
-    std::stable_sort(entries.begin(), entries.end(),
-                     [](const auto& a, const auto& b) { return std::string(a.family) < b.family; });
-    Report report;
-    for (const auto& e : entries) e.fn(pic, report);
+    std::printf("%s, version %s, kernels %s\n", v->name, v->versionText, tpx::tierName(tpx::activeTier()));
+    std::printf("test image %d x %d\n", pic.width, pic.height);
+    const char* family = nullptr;
+    for (const tpxtest::Export& e : tpxtest::exportTable()) {
+        if (!family || std::strcmp(family, e.family)) {
+            family = e.family;
+            std::printf("\n%s\n%-46s %6s %10s\n", family, "function", "status", "Mpix/s");
+        }
+        tpxtest::Buffers b(e, pic.width, pic.height, 1, {tpxtest::StepKind::Tight, tpxtest::StepKind::Tight});
+        paint(e, b, pic);
+        TpxStatus st = tpxStatusOk;
+        double s = bestTime([&] { st = e.call(b.args); }, 1);
+        if (s < 0.02) s = std::min(s, bestTime([&] { e.call(b.args); }, 4));  // quick ones: the best of 5
+        std::printf("%-46s %6d %10.1f\n", e.name, int(st), double(pic.width) * pic.height / s / 1e6);
+    }
+    std::printf("\nround trips: largest difference from the picture\n");
+    const auto picture = [&pic](int c, int64_t x, int64_t y) -> double {
+        return c < 3 ? pic.at(int(x), int(y), c) : 255;
+    };
+    for (const tpxtest::RoundTrip& t : tpxtest::roundTrips())
+        std::printf("%-40s then %-40s %6g\n", t.there, t.back, tpxtest::roundTripError(t, pic.width, pic.height, picture));
 }
 
 }  // namespace demo

@@ -1,5 +1,22 @@
 // RGB and BGR to subsampled YCbCr, YCrCb and CbYCr.
+#include "support/roundtrips.hpp"
 #include "support/rows/rows.hpp"
+
+// Encoding a smooth image and decoding it again: replicating one chroma value
+// over its block costs up to about the image's change per pixel (3 codes) on
+// top of the encoder's rounding and the decoders' truncation.
+TPX_ROUND_TRIP("tpxiRGBToYCbCr420_8u_C3P3R", "tpxiYCbCr420ToRGB_8u_P3C3R", 5);
+TPX_ROUND_TRIP("tpxiBGRToYCbCr420_8u_C3P3R", "tpxiYCbCr420ToBGR_8u_P3C3R", 5);
+TPX_ROUND_TRIP("tpxiBGRToYCbCr420_8u_AC4P2R", "tpxiYCbCr420ToBGR_8u_P2C4R", 5);
+TPX_ROUND_TRIP("tpxiRGBToYCbCr422_8u_C3C2R", "tpxiYCbCr422ToRGB_8u_C2C3R", 3);
+TPX_ROUND_TRIP("tpxiRGBToYCrCb422_8u_C3C2R", "tpxiYCrCb422ToRGB_8u_C2C3R", 3);
+TPX_ROUND_TRIP("tpxiRGBToCbYCr422_8u_C3C2R", "tpxiCbYCr422ToRGB_8u_C2C3R", 3);
+TPX_ROUND_TRIP("tpxiRGBToYCbCr422_8u_C3P3R", "tpxiYCbCr422ToRGB_8u_P3C3R", 3);
+TPX_ROUND_TRIP("tpxiBGRToYCbCr411_8u_C3P3R", "tpxiYCbCr411ToBGR_8u_P3C3R", 6);
+TPX_ROUND_TRIP("tpxiBGRToYCbCr420_709CSC_8u_C3P3R", "tpxiYCbCr420ToBGR_709CSC_8u_P3C3R", 5);
+TPX_ROUND_TRIP("tpxiBGRToYCbCr420_709HDTV_8u_AC4P3R", "tpxiYCbCr420ToBGR_709HDTV_8u_P3C4R", 5);
+TPX_ROUND_TRIP("tpxiBGRToCbYCr422_709HDTV_8u_C3C2R", "tpxiCbYCr422ToBGR_709HDTV_8u_C2C3R", 3);
+TPX_ROUND_TRIP("tpxiRGBToYCbCr_8u_C3R", "tpxiYCbCrToRGB_8u_C3R", 2);
 
 namespace tpxtest {
 

@@ -1,0 +1,100 @@
+#include "support/roundtrips.hpp"
+
+#include "support/buffers.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace tpxtest {
+namespace {
+
+std::vector<RoundTrip>& registry() {
+    static std::vector<RoundTrip> r;
+    return r;
+}
+
+// Channels of a pixel image (planes, or elements of an interleaved pixel).
+int channelsOf(const ImageShape& im) {
+    return im.pass == Pass::Single ? im.plane[0].unitBytes / elemBytes(im.elem) : im.planes;
+}
+uint8_t* sampleAt(Buffers& b, int d, const ImageShape& im, int c, int64_t x, int64_t y) {
+    const int e = elemBytes(im.elem);
+    if (im.pass == Pass::Single) return b.row(d, 0, y) + (x * channelsOf(im) + c) * e;
+    return b.row(d, c, y) + x * e;
+}
+template <class T>
+void put(uint8_t* p, T v) {
+    std::memcpy(p, &v, sizeof v);
+}
+template <class T>
+T get(const uint8_t* p) {
+    T v;
+    std::memcpy(&v, p, sizeof v);
+    return v;
+}
+void store(Elem el, uint8_t* p, double v) {
+    switch (el) {
+        case Elem::U8: *p = uint8_t(std::lround(v)); break;
+        case Elem::U16: put(p, uint16_t(std::lround(v * 257))); break;
+        case Elem::S16: put(p, int16_t(std::lround(v * 257 - 32768))); break;
+        case Elem::U32: put(p, uint32_t(std::lround(v))); break;
+        case Elem::S32: put(p, int32_t(std::lround(v))); break;
+        case Elem::F32: put(p, float(v / 255)); break;
+        case Elem::F64: put(p, v / 255); break;
+    }
+}
+double load(Elem el, const uint8_t* p) {
+    switch (el) {
+        case Elem::U8: return *p;
+        case Elem::U16: return get<uint16_t>(p);
+        case Elem::S16: return get<int16_t>(p);
+        case Elem::U32: return get<uint32_t>(p);
+        case Elem::S32: return get<int32_t>(p);
+        case Elem::F32: return get<float>(p);
+        case Elem::F64: return get<double>(p);
+    }
+    return 0;
+}
+
+}  // namespace
+
+const std::vector<RoundTrip>& roundTrips() { return registry(); }
+
+RoundTripRegistrar::RoundTripRegistrar(const char* there, const char* back, double bound) {
+    registry().push_back({there, back, bound});
+}
+
+double smoothPicture(int c, int64_t x, int64_t y) {
+    x %= 64, y %= 48;
+    return c == 0 ? 40 + 2 * x + y : c == 1 ? 60 + x + 2 * y : c == 2 ? 200 - x - y : 0;
+}
+
+double roundTripError(const RoundTrip& t, int64_t width, int64_t height, const SampleFn& value) {
+    const Export* a = findExport(t.there);
+    const Export* b = findExport(t.back);
+    if (!a || !b) return -1;
+    const Layout tight{StepKind::Tight, StepKind::Tight};
+    Buffers first(*a, width, height, 1, tight), second(*b, width, height, 2, tight);
+    const ImageShape &from = a->shape.src, &to = b->shape.dst;
+    for (int64_t y = 0; y < height; ++y)
+        for (int64_t x = 0; x < width; ++x)
+            for (int c = 0; c < channelsOf(from); ++c) store(from.elem, sampleAt(first, 0, from, c, x, y), value(c, x, y));
+    if (a->call(first.args) < 0 || first.planes(1) != second.planes(0)) return -1;
+    for (int p = 0; p < first.planes(1); ++p) {
+        if (first.rowBytes(1, p) != second.rowBytes(0, p) || first.rows(1, p) != second.rows(0, p)) return -1;
+        for (int64_t r = 0; r < first.rows(1, p); ++r)
+            std::memcpy(second.row(0, p, r), first.row(1, p, r), size_t(first.rowBytes(1, p)));
+    }
+    if (b->call(second.args) < 0) return -1;
+    double worst = 0;
+    const int channels = std::min(std::min(channelsOf(from), channelsOf(to)), 3);
+    for (int64_t y = 0; y < height; ++y)
+        for (int64_t x = 0; x < width; ++x)
+            for (int c = 0; c < channels; ++c)
+                worst = std::max(worst, std::fabs(load(from.elem, sampleAt(first, 0, from, c, x, y)) -
+                                                  load(to.elem, sampleAt(second, 1, to, c, x, y))));
+    return worst;
+}
+
+}  // namespace tpxtest
