@@ -120,17 +120,15 @@ TpxStatus checkedConvert(S src, int srcStep, D dst, int dstStep, TpxSize roi, ui
 }
 
 // The SIMD row functions, one set per instruction-set tier; planar to 4-byte
-// pixels only at AVX2 (see TPX_YUV444_AVX2_ROW), AC4 destinations only at
-// AVX-512 (only it stores bytes under a mask).
+// pixels only at AVX2 (see TPX_YUV444_AVX2_ROW).
 #define TPX_YUV444_SIMD_ROWS(X)                                                                       \
-    X(encodeC3Block) X(encodeC3P3) X(encodeAC4P3) X(encodeP3)                                         \
-    X(decodeC3) X(decodeP3) X(decodeP3C3Rgb) X(decodeP3C3Bgr) X(decode709P3C3Bgr)
+    X(encodeC3Block) X(encodeC3P3) X(encodeAC4P3) X(encodeP3) X(encodeAC4)                            \
+    X(decodeC3) X(decodeP3) X(decodeP3C3Rgb) X(decodeP3C3Bgr) X(decode709P3C3Bgr) X(decodeAC4)
 #define TPX_YUV444_AVX2_ROWS(X) X(decodeP3C4Rgb) X(decodeP3C4Bgr) X(decode709P3C4Bgr)
-#define TPX_YUV444_AVX512_ROWS(X) X(encodeAC4) X(decodeAC4)
 #define TPX_YUV444_DECLARE(name) int name(const Row&);
 #if TPX_HAVE_X86
 namespace avx2 { TPX_YUV444_SIMD_ROWS(TPX_YUV444_DECLARE) TPX_YUV444_AVX2_ROWS(TPX_YUV444_DECLARE) }
-namespace avx512 { TPX_YUV444_SIMD_ROWS(TPX_YUV444_DECLARE) TPX_YUV444_AVX512_ROWS(TPX_YUV444_DECLARE) }
+namespace avx512 { TPX_YUV444_SIMD_ROWS(TPX_YUV444_DECLARE) }
 #endif
 #undef TPX_YUV444_DECLARE
 #if TPX_HAVE_X86
@@ -140,8 +138,8 @@ int decodeC3(const Row&);
 }  // namespace avx512vbmi
 #endif
 
-// The row function of every tier for one SIMD row name; of the AVX-512 tier
-// alone; and the AVX2 row for both SIMD tiers (planar to 4-byte pixels, where
+// The row function of every tier for one SIMD row name, and the AVX2 row for
+// both SIMD tiers (planar to 4-byte pixels, where
 // the 256-bit row measured faster on 1920x1080 images: the work is bound by
 // memory and the 512-bit row adds a permutation per channel).
 #define TPX_YUV444_SIMD(name) \
@@ -152,7 +150,5 @@ int decodeC3(const Row&);
 // ycbcr444_avx512vbmi.cpp), else `otherwise`.
 #define TPX_YUV444_VBMI(name, otherwise) \
     (::tpx::activeAvx512Vbmi() ? TPX_X86(avx512vbmi::name) : otherwise)
-#define TPX_YUV444_AVX512(name) \
-    ::tpx::pick(::tpx::TierKernels<::tpx::yuv444::SimdRow>{nullptr, nullptr, TPX_X86(avx512::name)})
 
 }  // namespace tpx::yuv444

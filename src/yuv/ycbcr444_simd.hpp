@@ -314,8 +314,10 @@ inline Tri loadTri(const Row& r, std::ptrdiff_t x) {
 }
 
 // Stores kStep pixels from x; 4-byte destinations take channels in group
-// order. AC4 destinations need byte-masked stores (AVX-512 only): their
-// fourth bytes are never written.
+// order. The fourth bytes of AC4 destinations keep their values: AVX-512
+// stores the other bytes under a byte mask; AVX2, which has no byte-masked
+// store, merges the destination's own fourth bytes into the vector it stores
+// (the values never change, and the call owns its destination rows).
 template <Pack D>
 inline void storeTri(const Row& r, std::ptrdiff_t x, const Tri& t) {
     if constexpr (D == Pack::P3) {
@@ -332,7 +334,11 @@ inline void storeTri(const Row& r, std::ptrdiff_t x, const Tri& t) {
             for (int j = 0; j < 4; ++j)
                 _mm512_mask_storeu_epi8(r.dst[0] + 4 * x + 16 * kLanes * j, 0x7777777777777777ull, px[j]);
 #else
-            static_assert(D != Pack::AC4, "AC4 destinations need AVX-512");
+            const V colour = _mm256_set1_epi32(0x00FFFFFF);
+            for (int j = 0; j < 4; ++j) {
+                uint8_t* at = r.dst[0] + 4 * x + 16 * kLanes * j;
+                store(at, _mm256_blendv_epi8(load(at), px[j], colour));
+            }
 #endif
         }
     }
@@ -496,10 +502,9 @@ int decodeP3(const Row& r) { return decodeRows<Pack::P3, Pack::P3, false, false>
 int decodeP3C3Rgb(const Row& r) { return decodeRows<Pack::P3, Pack::C3, false, false>(r); }
 int decodeP3C3Bgr(const Row& r) { return decodeRows<Pack::P3, Pack::C3, true, false>(r); }
 int decode709P3C3Bgr(const Row& r) { return decodeRows<Pack::P3, Pack::C3, true, true>(r); }
-#if defined(__AVX512BW__)
 int encodeAC4(const Row& r) { return encodeRefRows<Pack::AC4, Pack::AC4>(r); }
 int decodeAC4(const Row& r) { return decodeRows<Pack::AC4, Pack::AC4, false, false>(r); }
-#else
+#if !defined(__AVX512BW__)
 int decodeP3C4Rgb(const Row& r) { return decodeRows<Pack::P3, Pack::C4, false, false>(r); }
 int decodeP3C4Bgr(const Row& r) { return decodeRows<Pack::P3, Pack::C4, true, false>(r); }
 int decode709P3C4Bgr(const Row& r) { return decodeRows<Pack::P3, Pack::C4, true, true>(r); }

@@ -21,7 +21,7 @@ extern "C" TPXCC_API TpxStatus tpxiYCbCrToRGB_8u_C3R(const Tpx8u* pSrc, int srcS
 
 extern "C" TPXCC_API TpxStatus tpxiYCbCrToRGB_8u_AC4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep,
                                                       TpxSize roi) {
-    return checkedConvert(pSrc, srcStep, pDst, dstStep, roi, 0, TPX_YUV444_AVX512(decodeAC4),
+    return checkedConvert(pSrc, srcStep, pDst, dstStep, roi, 0, TPX_YUV444_SIMD(decodeAC4),
                           decodeRow<Pack::AC4, Pack::AC4, false, 8, false>);
 }
 
