@@ -23,7 +23,23 @@ const FamilyCheck kBayerChecks[] = {
     {"origin outside", tpxStatusBadSize, [](Args& a) { a.x = a.imageWidth; },
      [](const Args& a) { return a.x < 0 || a.y < 0 || a.x >= a.imageWidth || a.y >= a.imageHeight; }},
 };
+// AHD: smooth fields with random detail, so that each of its two candidate
+// interpolations wins somewhere.
+template <class T>
+void smoothWithDetail(int, uint8_t* row0, int64_t rowBytes, int64_t rows, int64_t step, uint32_t seed) {
+    const uint32_t top = sizeof(T) == 1 ? 255 : 65535;
+    for (int64_t r = 0; r < rows; ++r)
+        for (int64_t i = 0; i + int64_t(sizeof(T)) <= rowBytes; i += int64_t(sizeof(T))) {
+            seed = seed * 1664525u + 1013904223u;
+            const uint32_t u = seed >> 8;
+            const T v = T(u % 4 == 0 ? (u >> 2) % (top + 1) : top / 2 + (u >> 2) % 9);
+            std::memcpy(row0 + r * step + i, &v, sizeof v);
+        }
+}
+
 const Family kBayer{bayerInit, nullptr, kBayerChecks, 2, false};
+const Family kAhd8{bayerInit, smoothWithDetail<uint8_t>, kBayerChecks, 2, false};
+const Family kAhd16{bayerInit, smoothWithDetail<uint16_t>, kBayerChecks, 2, false};
 const Family kVng{vngInit, nullptr, kBayerChecks, 2, true};
 
 }  // namespace
@@ -47,8 +63,8 @@ void addDemosaicRows(std::vector<Export>& t) {
         TPX_EXPORT(tpxiCFAToBGRA_VNG_16u_C1C4R, bayer(m16, px(4, Elem::U16), 5, 2, &kVng, "ns01")),
         TPX_EXPORT(tpxiCFAToBGRA_VNG_8u_C1C4R_L, wide(bayer(m8, px(4), 5, 2, &kVng, "nls01"))),
         TPX_EXPORT(tpxiCFAToBGRA_VNG_16u_C1C4R_L, wide(bayer(m16, px(4, Elem::U16), 5, 2, &kVng, "nls01"))),
-        TPX_EXPORT(tpxiDemosaicAHD_8u_C1C3R, bayer(m8, px(3), 5, 5, &kBayer, "ns01")),
-        TPX_EXPORT(tpxiDemosaicAHD_16u_C1C3R, bayer(m16, px(3, Elem::U16), 5, 5, &kBayer, "ns01")),
+        TPX_EXPORT(tpxiDemosaicAHD_8u_C1C3R, bayer(m8, px(3), 5, 5, &kAhd8, "ns01")),
+        TPX_EXPORT(tpxiDemosaicAHD_16u_C1C3R, bayer(m16, px(3, Elem::U16), 5, 5, &kAhd16, "ns01")),
     });
 }
 
