@@ -331,6 +331,161 @@ TPXCC_API TpxStatus tpxiDemosaicAHD_16u_C1C3R(const uint16_t* pSrc, TpxRect srcR
 /* end of high-quality demosaicing */
 
 /* ---- Chroma layout, interlaced and 16:20 conversions ---------------- */
+/* Conversions between sampling structures (4:2:2, 4:2:0, 4:1:1), storage
+ * layouts (P3: planes {Y, Cb, Cr}, or {Y, Cr, Cb} for YCrCb; P2: luma and one
+ * plane of chroma pairs; C2: packed pairs in the byte order of the name) and
+ * chroma orders. Luma is copied; chroma is copied, dropped, repeated,
+ * reordered or (the Filter members) interpolated. Every pointer is checked
+ * first, then the member's minimum size; the ROI is then rounded down to
+ * whole chroma blocks without a warning, and steps are used as given. The
+ * stripe-position code of the two stripe-filter members is 1 (first
+ * stripe), 4 (inner), 16 (last) or 1|4|16 (the whole image); any other code
+ * converts nothing. */
+TPXCC_API TpxStatus tpxiCbYCr422ToYCbCr411_8u_C2P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiCbYCr422ToYCbCr420_8u_C2P2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDstY,
+    int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiCbYCr422ToYCbCr420_8u_C2P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiCbYCr422ToYCbCr422_8u_C2P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+/* "C2R" without I: a separate source and destination, not in place. */
+TPXCC_API TpxStatus tpxiCbYCr422ToYCbCr422_8u_C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiCbYCr422ToYCrCb420_8u_C2P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr411ToYCbCr420_8u_P2P3R(const Tpx8u* pSrcY, int srcYStep, const Tpx8u* pSrcCbCr,
+    int srcCbCrStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr411ToYCbCr420_8u_P3P2R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* pDstY, int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr411ToYCbCr420_8u_P3R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr411ToYCbCr422_8u_P2C2R(const Tpx8u* pSrcY, int srcYStep, const Tpx8u* pSrcCbCr,
+    int srcCbCrStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr411ToYCbCr422_8u_P2P3R(const Tpx8u* pSrcY, int srcYStep, const Tpx8u* pSrcCbCr,
+    int srcCbCrStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr411ToYCbCr422_8u_P3C2R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr411ToYCbCr422_8u_P3R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr411ToYCrCb420_8u_P2P3R(const Tpx8u* pSrcY, int srcYStep, const Tpx8u* pSrcCbCr,
+    int srcCbCrStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr411ToYCrCb422_8u_P3C2R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr411ToYCrCb422_8u_P3R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr411_8u_P2P3R(const Tpx8u* pSrcY, int srcYStep, const Tpx8u* pSrcCbCr,
+    int srcCbCrStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr411_8u_P3P2R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* pDstY,
+    int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr420ToCbYCr422_8u_P2C2R(const Tpx8u* pSrcY, int srcYStep, const Tpx8u* pSrcCbCr,
+    int srcCbCrStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr420ToYCbCr411_8u_P2P3R(const Tpx8u* pSrcY, int srcYStep, const Tpx8u* pSrcCbCr,
+    int srcCbCrStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr420ToYCbCr411_8u_P3P2R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* pDstY, int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr420ToYCbCr422_8u_P2C2R(const Tpx8u* pSrcY, int srcYStep, const Tpx8u* pSrcCbCr,
+    int srcCbCrStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr420ToYCbCr422_8u_P2P3R(const Tpx8u* pSrcY, int srcYStep, const Tpx8u* pSrcCbCr,
+    int srcCbCrStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr420ToYCbCr422_8u_P3R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+/* The stripe-position code follows the ROI as a plain int. */
+TPXCC_API TpxStatus tpxiYCbCr420ToYCbCr422_Filter_8u_P2C2R(const Tpx8u* pSrcY, int srcYStep,
+    const Tpx8u* pSrcCbCr, int srcCbCrStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, int layout);
+TPXCC_API TpxStatus tpxiYCbCr420ToYCbCr422_Filter_8u_P2P3R(const Tpx8u* pSrcY, int srcYStep,
+    const Tpx8u* pSrcCbCr, int srcCbCrStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr420ToYCbCr422_Filter_8u_P3R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+/* Destination planes {Y, Cr, Cb} per the name; plane 1 receives the first byte of each source pair. */
+TPXCC_API TpxStatus tpxiYCbCr420ToYCrCb420_8u_P2P3R(const Tpx8u* pSrcY, int srcYStep, const Tpx8u* pSrcCbCr,
+    int srcCbCrStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+/* The stripe-position code follows the ROI as a plain int; plane 1 receives the first byte of each source pair. */
+TPXCC_API TpxStatus tpxiYCbCr420ToYCrCb420_Filter_8u_P2P3R(const Tpx8u* pSrcY, int srcYStep,
+    const Tpx8u* pSrcCbCr, int srcCbCrStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize,
+    int layout);
+TPXCC_API TpxStatus tpxiYCbCr420_8u_P2P3R(const Tpx8u* pSrcY, int srcYStep, const Tpx8u* pSrcCbCr,
+    int srcCbCrStep, Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr420_8u_P3P2R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* pDstY,
+    int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep, TpxSize roiSize);
+/* "C2R" without I: a separate source and destination, not in place. */
+TPXCC_API TpxStatus tpxiYCbCr422ToCbYCr422_8u_C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr422ToCbYCr422_8u_P3C2R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* pDst, int dstStep, TpxSize roiSize);
+/* Destination: one 8-bit gray (luma) plane with its own step. */
+TPXCC_API TpxStatus tpxiYCbCr422ToGray_8u_C2C1R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr422ToYCbCr411_8u_C2P2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDstY,
+    int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr422ToYCbCr411_8u_C2P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr422ToYCbCr411_8u_P3P2R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* pDstY, int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr422ToYCbCr411_8u_P3R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr422ToYCbCr420_8u_C2P2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDstY,
+    int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr422ToYCbCr420_8u_C2P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr422ToYCbCr420_8u_P3P2R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* pDstY, int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr422ToYCbCr420_8u_P3R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+/* The destination chroma plane holds Cr, Cb pairs: named pDstCrCb. */
+TPXCC_API TpxStatus tpxiYCbCr422ToYCrCb420_8u_C2P2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDstY,
+    int dstYStep, Tpx8u* pDstCrCb, int dstCrCbStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr422ToYCrCb420_8u_C2P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+/* "C2R" without I: a separate source and destination, not in place. */
+TPXCC_API TpxStatus tpxiYCbCr422ToYCrCb422_8u_C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr422ToYCrCb422_8u_P3C2R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr422_8u_C2P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr422_8u_P3C2R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCrCb420ToCbYCr422_8u_P3C2R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCrCb420ToYCbCr411_8u_P3P2R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* pDstY, int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCrCb420ToYCbCr420_8u_P3P2R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* pDstY, int dstYStep, Tpx8u* pDstCbCr, int dstCbCrStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCrCb420ToYCbCr422_8u_P3C2R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCrCb420ToYCbCr422_8u_P3R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCrCb420ToYCbCr422_Filter_8u_P3R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCrCb422ToYCbCr411_8u_C2P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCrCb422ToYCbCr420_8u_C2P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCrCb422ToYCbCr422_8u_C2P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+
+/* Interlaced 4:2:2 <-> 4:2:0 (the chroma of the two fields never mixed;
+ * whole fields converted, +35 when the ROI is not whole fields), and the
+ * resamplers between 4:2:0 and 16:20 (chroma W/4 x H/4) or 4:1:1 planes
+ * (sizes must be whole blocks: -6 otherwise). */
+TPXCC_API TpxStatus tpxiCbYCr422ToYCbCr420_Interlace_8u_C2P3R(const Tpx8u* pSrc, int srcStep,
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+/* 16:20 source: chroma planes W/4 x H/4 with their own steps in srcStep[1], srcStep[2]. */
+TPXCC_API TpxStatus tpxiYCbCr1620To420_8u_P3R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr411To420_8u_P3R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr420To1620_8u_P3R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr420To411_8u_P3R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr420To422_Interlace_8u_P3R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr420ToCbYCr422_Interlace_8u_P3C2R(const Tpx8u* const pSrc[3],
+    const int srcStep[3], Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCbCr422To420_Interlace_8u_P3R(const Tpx8u* const pSrc[3], const int srcStep[3],
+    Tpx8u* const pDst[3], const int dstStep[3], TpxSize roiSize);
 /* end of chroma layout conversions */
 
 /* ---- v210 and 12-bit packing, YCoCg, analog YUV --------------------- */

@@ -66,6 +66,7 @@ void sizeFaults(const ExportShape& s, std::vector<Fault>& f) {
     auto setW = [bay = s.bayer()](Args& a, int64_t v) { (bay ? a.imageWidth : a.width) = v; };
     auto setH = [bay = s.bayer()](Args& a, int64_t v) { (bay ? a.imageHeight : a.height) = v; };
     f.push_back({"width " + std::to_string(minW - 1), tpxStatusBadSize, [=](Args& a) { setW(a, minW - 1); }, small});
+    if (minH < 1) return;  // a height below 1 converts nothing
     f.push_back({"height " + std::to_string(minH - 1), tpxStatusBadSize, [=](Args& a) { setH(a, minH - 1); }, small});
     f.push_back({"height -7", tpxStatusBadSize, [=](Args& a) { setH(a, -7); }, small});
 }
@@ -121,6 +122,13 @@ std::vector<Fault> faultsOf(const Export& e) {
         }
     }
     return f;
+}
+
+TpxStatus successStatus(const ExportShape& s, const Args& a) {
+    const bool warn = (s.warn == Warn::OddSize && ((a.width | a.height) & 1)) ||
+                      (s.warn == Warn::WidthQuad && a.width % 4) ||
+                      (s.warn == Warn::FieldBlock && (a.width % 2 || a.height % 4));
+    return warn ? tpxStatusOddSize : tpxStatusOk;
 }
 
 TpxStatus checkStatus(const std::vector<Fault>& faults, const Args& a) {

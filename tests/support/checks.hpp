@@ -25,5 +25,7 @@ std::vector<Fault> faultsOf(const Export& e);
 
 // The status the checks give: that of the first fault present, else tpxStatusOk.
 TpxStatus checkStatus(const std::vector<Fault>& faults, const Args& a);
+// The status of a call that passes its checks (the member's warnings).
+TpxStatus successStatus(const ExportShape& s, const Args& a);
 
 }  // namespace tpxtest

@@ -59,7 +59,7 @@ enum class Warn : uint8_t {
     None,
     OddSize,    // +35 when the width or the height is odd
     WidthQuad,  // +35 when the width is not a multiple of 4
-    OddAny,     // +35 when the width or height is odd (the same as OddSize) or the data say so
+    FieldBlock, // +35 when the width is odd or the height is not a multiple of 4
     Data,       // 0 or another status that depends on the pixels (see the family's model)
 };
 
@@ -102,7 +102,7 @@ struct ExportShape {
     //   0..7  the family's own check of that index (Family::checks)
     // "" means "nsp". Demosaicing members keep their own rules (see the fuzzer).
     const char* order;
-    int8_t minW, minH;  // ROI minimum (demosaic: image side minimum)
+    int8_t minW, minH;  // ROI minimum (demosaic: image side minimum); minH 0: the height is not checked
     Warn warn;
     bool wide;          // 64-bit sizes and steps (_L)
     bool noSteps;       // whole images with rows packed without padding: no step arguments

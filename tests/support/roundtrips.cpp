@@ -14,14 +14,20 @@ std::vector<RoundTrip>& registry() {
     return r;
 }
 
-// Channels of a pixel image (planes, or elements of an interleaved pixel).
+// Channels of an image: elements of an interleaved unit (a pixel, or a
+// packed pair), luma and the two bytes of a chroma pair, or planes.
 int channelsOf(const ImageShape& im) {
-    return im.pass == Pass::Single ? im.plane[0].unitBytes / elemBytes(im.elem) : im.planes;
+    if (im.pass == Pass::Single) return im.plane[0].unitBytes / elemBytes(im.elem);
+    return im.pass == Pass::TwoPlane ? 3 : im.planes;
 }
+// Channel c of the sample that covers pixel (x, y).
 uint8_t* sampleAt(Buffers& b, int d, const ImageShape& im, int c, int64_t x, int64_t y) {
     const int e = elemBytes(im.elem);
-    if (im.pass == Pass::Single) return b.row(d, 0, y) + (x * channelsOf(im) + c) * e;
-    return b.row(d, c, y) + x * e;
+    const int p = im.pass == Pass::Single || (im.pass == Pass::TwoPlane && c == 0) ? 0 : im.pass == Pass::TwoPlane ? 1 : c;
+    const Plane& pl = im.plane[p];
+    const int64_t unit = x / pl.hsub * pl.unitBytes;
+    const int64_t within = im.pass == Pass::Single ? c * e : im.pass == Pass::TwoPlane && c > 0 ? c - 1 : 0;
+    return b.row(d, p, y / pl.vsub) + unit + within;
 }
 template <class T>
 void put(uint8_t* p, T v) {
