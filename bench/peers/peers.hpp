@@ -33,6 +33,12 @@ std::shared_ptr<std::vector<uint8_t>> randomBytes(size_t n, uint32_t seed);
 // source bytes + destination bytes; 0 where the name gives no layouts.
 size_t trafficBytes(const std::string& name, int width, int height);
 
+// Every export of one family of the export table (its heading, e.g. "Chroma
+// layout, interlaced and 16:20") against a memory copy of the bytes it reads
+// and writes, on tightly packed images of random samples.
+void againstCopy(const char* tableFamily, const std::string& family, double target, int width, int height,
+                 std::vector<Pair>& out);
+
 }  // namespace peers
 
 #define TPX_PEERS(fn)                                         \

@@ -69,16 +69,23 @@ int64_t largestFromSystem() {
     return best;
 }
 
-}  // namespace
-
-extern "C" int32_t tpxGetMaxCacheSizeB(int32_t* pSize) {
-    if (!pSize) return -8;
+int64_t largest() {
     int64_t size = 0;
 #if TPXCORE_X86
     size = largestFromCpuid();
 #endif
-    if (size <= 0) size = largestFromSystem();
-    if (size <= 0) return -1;
-    *pSize = size > INT32_MAX ? INT32_MAX : int32_t(size);
+    return size > 0 ? size : largestFromSystem();
+}
+
+// Read once while the library loads (a CPUID under a hypervisor costs
+// microseconds, and the answer never changes); constant afterwards.
+const int64_t kLargest = largest();
+
+}  // namespace
+
+extern "C" int32_t tpxGetMaxCacheSizeB(int32_t* pSize) {
+    if (!pSize) return -8;
+    if (kLargest <= 0) return -1;
+    *pSize = kLargest > INT32_MAX ? INT32_MAX : int32_t(kLargest);
     return 0;
 }

@@ -18,7 +18,10 @@ enum class PlaneStreaming {
     CacheSize,
 };
 
+// Rows copied with normal stores go through `copy` (a vector copy of the
+// caller's tier; the library's memory copy may itself stream large blocks).
+using CopyBytes = void (*)(const uint8_t* src, std::ptrdiff_t n, uint8_t* dst);
 void copyPlane(const uint8_t* src, std::ptrdiff_t srcStep, uint8_t* dst, std::ptrdiff_t dstStep, int width,
-               int height, PlaneStreaming rule = PlaneStreaming::CacheSize);
+               int height, PlaneStreaming rule, CopyBytes copy);
 
 }  // namespace tpx

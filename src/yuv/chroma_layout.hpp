@@ -141,46 +141,105 @@ void chromaRow(SourceChroma& src, int hd, std::ptrdiff_t jd, std::ptrdiff_t nRow
     }
 }
 
+// Packed sources into planar destinations. Luma and the chroma pairs of each
+// row come apart in one pass; chroma goes straight into the destination
+// planes where the rule copies or selects rows, else through scratch rows.
+template <class SL, class DL, Rule R>
+void fromPacked(const Image& src, const Image& dst, int W, int H) {
+    constexpr Layout S = SL::value, D = DL::value;
+    const Rows& k = rows();
+    const bool yOdd = S.y0 == 1, cbFirst = S.cb < S.cr;
+    constexpr bool direct = D.form == Form::P3 && (R == Rule::Same || R == Rule::EvenRows);
+    alignas(64) uint8_t c[2][kChunk / 2], sel[2][kChunk / 4];
+    for (int y = 0; y < H; ++y) {
+        const uint8_t* s = src.row(0, y);
+        uint8_t* luma = dst.row(0, y);
+        const bool chroma = R != Rule::EvenRows || y % 2 == 0;
+        const std::ptrdiff_t jd = y / D.vsub;
+        if (direct || !chroma) {
+            uint8_t* cb = chroma ? dst.row(D.crFirst ? 2 : 1, jd) : nullptr;
+            uint8_t* cr = chroma ? dst.row(D.crFirst ? 1 : 2, jd) : nullptr;
+            k.unpack422(s, W / 2, yOdd, luma, cbFirst ? cb : cr, cbFirst ? cr : cb);
+            continue;
+        }
+        for (Len x0 = 0; x0 < W; x0 += kChunk) {
+            const Len n = std::min<Len>(W - x0, kChunk), pairs = n / 2;
+            k.unpack422(s + 2 * x0, pairs, yOdd, luma + x0, c[cbFirst ? 0 : 1], c[cbFirst ? 1 : 0]);
+            const uint8_t *cb = c[0], *cr = c[1];
+            Len m = pairs;
+            if (R == Rule::EvenColumns) {  // sample 2k of each chroma row
+                m = pairs / 2;
+                k.split2(c[0], m, sel[0], nullptr);
+                k.split2(c[1], m, sel[1], nullptr);
+                cb = sel[0], cr = sel[1];
+            }
+            const Len at = x0 / D.hsub;
+            if (D.form == Form::P2) {
+                k.merge2(D.crFirst ? cr : cb, D.crFirst ? cb : cr, m, dst.row(1, jd) + 2 * at);
+            } else {
+                std::copy(cb, cb + m, dst.row(D.crFirst ? 2 : 1, jd) + at);
+                std::copy(cr, cr + m, dst.row(D.crFirst ? 1 : 2, jd) + at);
+            }
+        }
+    }
+}
+
+// Planar or two-plane sources into packed pairs: each row's 4:2:2 chroma by
+// the rule (straight from the source planes where it copies or repeats
+// rows), then luma and chroma packed in one pass.
+template <class SL, class DL, Rule R>
+void toPacked(const Image& src, const Image& dst, int W, int H) {
+    constexpr Layout S = SL::value, D = DL::value;
+    const Rows& k = rows();
+    const bool yOdd = D.y0 == 1, cbFirst = D.cb < D.cr;
+    alignas(64) uint8_t scratch[12][kChunk];
+    alignas(64) uint8_t c[2][kChunk];
+    for (int y = 0; y < H; ++y)
+        for (Len x0 = 0; x0 < W; x0 += kChunk) {
+            const Len n = std::min<Len>(W - x0, kChunk);
+            SourceChroma sc{S, src, x0, x0 + n, scratch};
+            const uint8_t *cb, *cr;
+            if constexpr (S.form == Form::P3 && (R == Rule::Same || R == Rule::RepeatRows)) {
+                sc.get(R == Rule::RepeatRows ? y / 2 : y, cb, cr);
+            } else {
+                chromaRow<R>(sc, D.hsub, y, H / S.vsub, c[0], c[1]);
+                cb = c[0], cr = c[1];
+            }
+            k.pack422(src.row(0, y) + x0, cbFirst ? cb : cr, cbFirst ? cr : cb, n / 2, yOdd, dst.row(0, y) + 2 * x0);
+        }
+}
+
 // Writes luma and chroma of destination rows; W, H are the rounded ROI.
 template <class SL, class DL, Rule R>
 void convert(const Image& src, const Image& dst, int W, int H, PlaneStreaming luma) {
     constexpr Layout S = SL::value, D = DL::value;
-    const Rows& k = rows();
-    alignas(64) uint8_t scratch[12][kChunk];
-    alignas(64) uint8_t out[3][kChunk];
-    const int hd = D.hsub;
-    // Luma of planar sources into planar destinations: one plane copy.
-    if constexpr (S.form != Form::C2 && D.form != Form::C2) copyPlane(src.p[0], src.step[0], dst.p[0], dst.step[0], W, H, luma);
-    // Packed sources into planar destinations: luma of every row.
-    if constexpr (S.form == Form::C2 && D.form != Form::C2) {
-        for (int y = 0; y < H; ++y) {
-            const uint8_t* s = src.row(0, y);
-            uint8_t* d = dst.row(0, y);
-            S.y0 == 0 ? k.split2(s, W, d, nullptr) : k.split2(s, W, nullptr, d);
-        }
-    }
-    const std::ptrdiff_t chromaRows = D.form == Form::C2 ? H : H / D.vsub, srcRows = H / S.vsub;
-    for (std::ptrdiff_t jd = 0; jd < chromaRows; ++jd)
-        for (Len x0 = 0; x0 < W; x0 += kChunk) {
-            const Len x1 = std::min<Len>(W, x0 + kChunk), n = (x1 - x0) / hd;
-            SourceChroma sc{S, src, x0, x1, scratch};
-            if constexpr (D.form == Form::P3) {
-                uint8_t* cb = dst.row(D.crFirst ? 2 : 1, jd) + x0 / hd;
-                uint8_t* cr = dst.row(D.crFirst ? 1 : 2, jd) + x0 / hd;
-                chromaRow<R>(sc, hd, jd, srcRows, cb, cr);
-            } else if constexpr (D.form == Form::P2) {
-                chromaRow<R>(sc, hd, jd, srcRows, out[0], out[1]);
-                const bool cbFirst = !D.crFirst;
-                k.merge2(out[cbFirst ? 0 : 1], out[cbFirst ? 1 : 0], n, dst.row(1, jd) + 2 * (x0 / hd));
-            } else {  // packed pairs: chroma pairs, then luma with them
-                chromaRow<R>(sc, hd, jd, srcRows, out[0], out[1]);
-                const bool cbFirst = D.cb < D.cr;
-                k.merge2(out[cbFirst ? 0 : 1], out[cbFirst ? 1 : 0], n, out[2]);
-                const uint8_t* y = src.row(0, jd) + x0;
-                uint8_t* d = dst.row(0, jd) + 2 * x0;
-                D.y0 == 0 ? k.merge2(y, out[2], x1 - x0, d) : k.merge2(out[2], y, x1 - x0, d);
+    if constexpr (S.form == Form::C2) {
+        fromPacked<SL, DL, R>(src, dst, W, H);
+    } else if constexpr (D.form == Form::C2) {
+        toPacked<SL, DL, R>(src, dst, W, H);
+    } else {
+        const Rows& k = rows();
+        alignas(64) uint8_t scratch[12][kChunk];
+        alignas(64) uint8_t out[2][kChunk];
+        copyPlane(src.p[0], src.step[0], dst.p[0], dst.step[0], W, H, luma, rows().copy);
+        for (std::ptrdiff_t jd = 0; jd < H / D.vsub; ++jd)
+            for (Len x0 = 0; x0 < W; x0 += kChunk) {
+                const Len x1 = std::min<Len>(W, x0 + kChunk), n = (x1 - x0) / D.hsub;
+                SourceChroma sc{S, src, x0, x1, scratch};
+                if constexpr (D.form == Form::P3) {
+                    uint8_t* cb = dst.row(D.crFirst ? 2 : 1, jd) + x0 / D.hsub;
+                    uint8_t* cr = dst.row(D.crFirst ? 1 : 2, jd) + x0 / D.hsub;
+                    chromaRow<R>(sc, D.hsub, jd, H / S.vsub, cb, cr);
+                } else {
+                    const uint8_t *cb = out[0], *cr = out[1];
+                    if constexpr (S.form == Form::P3 && (R == Rule::Same || R == Rule::EvenRows || R == Rule::RepeatRows))
+                        sc.get(R == Rule::EvenRows ? 2 * jd : R == Rule::RepeatRows ? jd / 2 : jd, cb, cr);
+                    else
+                        chromaRow<R>(sc, D.hsub, jd, H / S.vsub, out[0], out[1]);
+                    k.merge2(D.crFirst ? cr : cb, D.crFirst ? cb : cr, n, dst.row(1, jd) + 2 * (x0 / D.hsub));
+                }
             }
-        }
+    }
 }
 
 }  // namespace tpx::chroma

@@ -50,7 +50,7 @@ TpxStatus interlacedTo420(const Image& src, bool packed, const Image& dst, TpxSi
     if (packed)
         for (int y = 0; y < H; ++y) rows().split2(src.row(0, y), W, nullptr, dst.row(0, y));
     else
-        copyPlane(src.p[0], src.step[0], dst.p[0], dst.step[0], W, H);
+        copyPlane(src.p[0], src.step[0], dst.p[0], dst.step[0], W, H, PlaneStreaming::CacheSize, rows().copy);
     alignas(64) uint8_t r[4][kChunk];
     for (int c = 1; c <= 2; ++c)
         for (int m = 0; m < H / 4; ++m)
@@ -68,7 +68,7 @@ TpxStatus interlacedTo420(const Image& src, bool packed, const Image& dst, TpxSi
 TpxStatus interlacedTo422(const Image& src, const Image& dst, bool packed, TpxSize roi) {
     TPX_CHECK(check::size(roi, 2, 4));
     const int W = roi.width & ~1, H = roi.height & ~3, n = H / 2;
-    if (!packed) copyPlane(src.p[0], src.step[0], dst.p[0], dst.step[0], W, H);
+    if (!packed) copyPlane(src.p[0], src.step[0], dst.p[0], dst.step[0], W, H, PlaneStreaming::CacheSize, rows().copy);
     // Weights of c0 (or c1) in eighths for output rows 4g..4g+3; the other
     // row of the same field takes the rest.
     static constexpr int kFirst[4] = {5, 7, 1, 3};
@@ -164,7 +164,7 @@ TpxStatus resample(const uint8_t* const* src, const int* srcStep, uint8_t* const
     TPX_CHECK(check::planes(dst, 3));
     TPX_CHECK(strictSize(roi, hMultiple));
     const Image s = planesOf(src, srcStep), d = planesOf(dst, dstStep);
-    copyPlane(s.p[0], s.step[0], d.p[0], d.step[0], roi.width, roi.height);
+    copyPlane(s.p[0], s.step[0], d.p[0], d.step[0], roi.width, roi.height, PlaneStreaming::CacheSize, rows().copy);
     Chroma(s, d, roi.width, roi.height);
     return tpxStatusOk;
 }

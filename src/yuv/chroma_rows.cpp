@@ -2,13 +2,22 @@
 
 #include "frame/cpu.hpp"
 
+#include <cstring>
+
 namespace tpx::chroma {
 namespace {
 
+void copy(const uint8_t* s, Len n, uint8_t* d) { std::memcpy(d, s, size_t(n)); }
 void split2(const uint8_t* s, Len n, uint8_t* even, uint8_t* odd) { split2Scalar(s, 0, n, even, odd); }
 void merge2(const uint8_t* a, const uint8_t* b, Len n, uint8_t* d) { merge2Scalar(a, b, 0, n, d); }
 void permute4(const uint8_t* s, Len groups, const uint8_t order[4], uint8_t* d) {
     permute4Scalar(s, 0, groups, order, d);
+}
+void unpack422(const uint8_t* s, Len pairs, bool yOdd, uint8_t* y, uint8_t* c0, uint8_t* c1) {
+    unpack422Scalar(s, 0, pairs, yOdd, y, c0, c1);
+}
+void pack422(const uint8_t* y, const uint8_t* c0, const uint8_t* c1, Len pairs, bool yOdd, uint8_t* d) {
+    pack422Scalar(y, c0, c1, 0, pairs, yOdd, d);
 }
 void average(const uint8_t* a, const uint8_t* b, Len n, bool up, uint8_t* d) { averageScalar(a, b, 0, n, up, d); }
 void interpolate2(const uint8_t* s, Len n, uint8_t* d) { interpolate2Scalar(s, 0, n, d); }
@@ -23,7 +32,7 @@ void tap121(const uint8_t* a, const uint8_t* b, const uint8_t* c, Len n, int add
     tap121Scalar(a, b, c, 0, n, add, d);
 }
 
-const Rows kRowsScalar{split2, merge2, permute4, average, interpolate2, halve2, fourTap, blend, tap121};
+const Rows kRowsScalar{copy, split2, merge2, permute4, unpack422, pack422, average, interpolate2, halve2, fourTap, blend, tap121};
 
 }  // namespace
 

@@ -23,6 +23,28 @@ inline void split2Scalar(const uint8_t* s, Len from, Len n, uint8_t* even, uint8
 inline void merge2Scalar(const uint8_t* a, const uint8_t* b, Len from, Len n, uint8_t* d) {
     for (Len k = from; k < n; ++k) d[2 * k] = a[k], d[2 * k + 1] = b[k];
 }
+// Packed pairs (4 bytes per pair of pixels: Y c0 Y c1, or c0 Y c1 Y when
+// yOdd) to luma and the two chroma samples of each pair, and back; c0 and c1
+// may be null (luma only).
+inline void unpack422Scalar(const uint8_t* s, Len from, Len pairs, bool yOdd, uint8_t* y, uint8_t* c0, uint8_t* c1) {
+    const int yAt = yOdd ? 1 : 0, cAt = yOdd ? 0 : 1;
+    for (Len k = from; k < pairs; ++k) {
+        y[2 * k] = s[4 * k + yAt];
+        y[2 * k + 1] = s[4 * k + yAt + 2];
+        if (c0) c0[k] = s[4 * k + cAt];
+        if (c1) c1[k] = s[4 * k + cAt + 2];
+    }
+}
+inline void pack422Scalar(const uint8_t* y, const uint8_t* c0, const uint8_t* c1, Len from, Len pairs, bool yOdd,
+                          uint8_t* d) {
+    const int yAt = yOdd ? 1 : 0, cAt = yOdd ? 0 : 1;
+    for (Len k = from; k < pairs; ++k) {
+        d[4 * k + yAt] = y[2 * k];
+        d[4 * k + yAt + 2] = y[2 * k + 1];
+        d[4 * k + cAt] = c0[k];
+        d[4 * k + cAt + 2] = c1[k];
+    }
+}
 // d[4k + i] = s[4k + order[i]] for `groups` groups of four bytes.
 inline void permute4Scalar(const uint8_t* s, Len from, Len groups, const uint8_t order[4], uint8_t* d) {
     for (Len k = from; k < groups; ++k)
@@ -68,11 +90,18 @@ inline void tap121Scalar(const uint8_t* a, const uint8_t* b, const uint8_t* c, L
     }
 }
 
+inline void copyScalar(const uint8_t* s, Len from, Len n, uint8_t* d) {
+    for (Len k = from; k < n; ++k) d[k] = s[k];
+}
+
 // The row operations of one kernel tier.
 struct Rows {
+    void (*copy)(const uint8_t* s, Len n, uint8_t* d);
     void (*split2)(const uint8_t* s, Len n, uint8_t* even, uint8_t* odd);
     void (*merge2)(const uint8_t* a, const uint8_t* b, Len n, uint8_t* d);
     void (*permute4)(const uint8_t* s, Len groups, const uint8_t order[4], uint8_t* d);
+    void (*unpack422)(const uint8_t* s, Len pairs, bool yOdd, uint8_t* y, uint8_t* c0, uint8_t* c1);
+    void (*pack422)(const uint8_t* y, const uint8_t* c0, const uint8_t* c1, Len pairs, bool yOdd, uint8_t* d);
     void (*average)(const uint8_t* a, const uint8_t* b, Len n, bool up, uint8_t* d);
     void (*interpolate2)(const uint8_t* s, Len n, uint8_t* d);
     void (*halve2)(const uint8_t* s, Len n, uint8_t* d);

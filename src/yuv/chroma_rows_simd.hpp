@@ -31,13 +31,38 @@ struct Ops {
         V::store(d, first);
         V::store(d + B, second);
     }
+    // Long rows by the processor's string copy, which writes whole lines
+    // without reading them first; short ones by vectors.
+    static void copy(const uint8_t* s, Len n, uint8_t* d) {
+        if (n >= 4096) {
+            size_t count = size_t(n);
+            __asm__ volatile("rep movsb" : "+D"(d), "+S"(s), "+c"(count) : : "memory");
+            return;
+        }
+        Len k = 0;
+        for (; k + 4 * B <= n; k += 4 * B) {
+            const I a = V::load(s + k), b = V::load(s + k + B), c = V::load(s + k + 2 * B), e = V::load(s + k + 3 * B);
+            V::store(d + k, a), V::store(d + k + B, b), V::store(d + k + 2 * B, c), V::store(d + k + 3 * B, e);
+        }
+        for (; k + B <= n; k += B) V::store(d + k, V::load(s + k));
+        copyScalar(s, k, n, d);
+    }
     static void split2(const uint8_t* s, Len n, uint8_t* even, uint8_t* odd) {
         Len k = 0;
+        const I low = V::set16(0xFF);
+        if (!odd || !even) {  // one of the two: one pack per vector
+            uint8_t* d = even ? even : odd;
+            for (; k + B <= n; k += B) {
+                const I a = V::load(s + 2 * k), b = V::load(s + 2 * k + B);
+                V::store(d + k, V::inOrder(even ? V::packus16(V::and_(a, low), V::and_(b, low))
+                                                : V::packus16(V::srl16_8(a), V::srl16_8(b))));
+            }
+        }
         for (; k + B <= n; k += B) {
             I e, o;
             split(s + 2 * k, e, o);
-            if (even) V::store(even + k, e);
-            if (odd) V::store(odd + k, o);
+            V::store(even + k, e);
+            V::store(odd + k, o);
         }
         split2Scalar(s, k, n, even, odd);
     }
@@ -53,6 +78,39 @@ struct Ops {
         Len k = 0;
         for (; 4 * (k + B / 4) <= 4 * groups; k += B / 4) V::store(d + 4 * k, V::shuffle8(V::load(s + 4 * k), mask));
         permute4Scalar(s, k, groups, order, d);
+    }
+    // B pairs (4B bytes): luma as two vectors, chroma c0 and c1 as one each.
+    static void unpack422(const uint8_t* s, Len pairs, bool yOdd, uint8_t* y, uint8_t* c0, uint8_t* c1) {
+        Len k = 0;
+        for (; k + B <= pairs; k += B) {
+            I e0, o0, e1, o1;
+            split(s + 4 * k, e0, o0);
+            split(s + 4 * k + 2 * B, e1, o1);
+            V::store(y + 2 * k, yOdd ? o0 : e0);
+            V::store(y + 2 * k + B, yOdd ? o1 : e1);
+            if (!c0 && !c1) continue;
+            const I lo = yOdd ? e0 : o0, hi = yOdd ? e1 : o1, low = V::set16(0xFF);
+            if (c0) V::store(c0 + k, V::inOrder(V::packus16(V::and_(lo, low), V::and_(hi, low))));
+            if (c1) V::store(c1 + k, V::inOrder(V::packus16(V::srl16_8(lo), V::srl16_8(hi))));
+        }
+        unpack422Scalar(s, k, pairs, yOdd, y, c0, c1);
+    }
+    static void pack422(const uint8_t* y, const uint8_t* c0, const uint8_t* c1, Len pairs, bool yOdd, uint8_t* d) {
+        Len k = 0;
+        for (; k + B <= pairs; k += B) {
+            const I a = V::load(c0 + k), b = V::load(c1 + k);
+            I cc0, cc1;
+            V::interleaved(V::unpackLo8(a, b), V::unpackHi8(a, b), cc0, cc1);
+            const I y0 = V::load(y + 2 * k), y1 = V::load(y + 2 * k + B);
+            if (yOdd) {
+                merge(cc0, y0, d + 4 * k);
+                merge(cc1, y1, d + 4 * k + 2 * B);
+            } else {
+                merge(y0, cc0, d + 4 * k);
+                merge(y1, cc1, d + 4 * k + 2 * B);
+            }
+        }
+        pack422Scalar(y, c0, c1, k, pairs, yOdd, d);
     }
     // (a + b) >> 1 is the rounding-up mean less the carried-out low bit.
     static I average(I a, I b, bool up) {
@@ -119,7 +177,7 @@ struct Ops {
     }
 
     static constexpr Rows table() {
-        return {split2, merge2, permute4, averageRows, interpolate2, halve2, fourTap, blend, tap121};
+        return {copy, split2, merge2, permute4, unpack422, pack422, averageRows, interpolate2, halve2, fourTap, blend, tap121};
     }
 };
 
