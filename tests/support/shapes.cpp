@@ -22,7 +22,7 @@ std::vector<Shape> standardShapes(int minWidth, int minHeight) {
     for (int w = minWidth; w <= 67; ++w) {
         const int i = w % 7, j = (w / 7 + w) % 7;
         int h = heights[j];
-        if (h < minHeight) h = minHeight + (h & 1);
+        if (minHeight > 1) h += minHeight - 1;  // whole blocks of rows, and more than one
         out.push_back({w, h, kinds[i][0], kinds[i][1], seed++});
     }
     const Shape large[] = {{255, 3, StepKind::Padded, StepKind::Padded, 0},

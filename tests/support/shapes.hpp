@@ -16,7 +16,9 @@ struct Shape {
 };
 std::ostream& operator<<(std::ostream& os, const Shape& s);
 
-// Widths 1..67 (and minWidth..67 when a family needs more) with heights and
+// Widths 1..67 (and minWidth..67 when a family needs more) with heights (from
+// the minimum up, over more than one block of rows where a family needs
+// several) and
 // step layouts cycling through tight, padded, negative and zero steps, plus a
 // few large widths with odd heights. Zero destination steps come only with
 // zero source steps, so that every row writes the same values.
