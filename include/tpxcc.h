@@ -489,6 +489,137 @@ TPXCC_API TpxStatus tpxiYCbCr422To420_Interlace_8u_P3R(const Tpx8u* const pSrc[3
 /* end of chroma layout conversions */
 
 /* ---- v210 and 12-bit packing, YCoCg, analog YUV --------------------- */
+/* v210 (six 10-bit 4:2:2 pixels in four 32-bit words) to the 10-bit luma or
+ * to 5:6:5 colour words (RGB: R in bits 0-4, G 5-10, B 11-15; BGR: B in bits
+ * 0-4, R in 11-15), computed in single precision and limited to 31 (63 for G)
+ * on the 10-bit scale; a step below 1 is a bad size (-6). 12-bit samples
+ * packed two to three bytes, an odd last sample in two bytes. */
+/* v210: the source step counts 32-bit words, the destination step 16-bit words. */
+TPXCC_API TpxStatus tpxiYUV422v210ToGray_709HDTV_32u16u_C3C1(const Tpx32u* pSrc, int srcStep, Tpx16u* pDst, int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYUV422v210ToRGB_709HDTV_32u16u_C3(const Tpx32u* pSrc, int srcStep, Tpx16u* pDst, int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYUV422v210ToBGR_709HDTV_32u16u_C3(const Tpx32u* pSrc, int srcStep, Tpx16u* pDst, int dstStep,
+    TpxSize roiSize);
+/* The ROI width counts samples. */
+TPXCC_API TpxStatus tpxiPack_16u12u_C1R(const Tpx16u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiUnpack_12u16u_C1R(const Tpx8u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+
+/* YCoCg: plain (rounded) or reversible (integer lifting) transforms; 16-bit
+ * stores saturate; 8-bit planes hold Co and Cg offset by 128. */
+/* Planes {Y, Co, Cg} share one step. P3C4R members write `aval` into the fourth channel. */
+TPXCC_API TpxStatus tpxiBGRToYCoCg_8u16s_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx16s* const pDst[3], int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCoCg_8u16s_C4P3R(const Tpx8u* pSrc, int srcStep, Tpx16s* const pDst[3], int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCoCg_Rev_8u16s_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx16s* const pDst[3], int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToYCoCg_Rev_8u16s_C4P3R(const Tpx8u* pSrc, int srcStep, Tpx16s* const pDst[3], int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCoCg_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCoCgToBGR_16s8u_P3C3R(const Tpx16s* const pSrc[3], int srcStep, Tpx8u* pDst, int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCoCgToBGR_16s8u_P3C4R(const Tpx16s* const pSrc[3], int srcStep, Tpx8u* pDst, int dstStep,
+    TpxSize roiSize, Tpx8u aval);
+TPXCC_API TpxStatus tpxiYCoCgToBGR_Rev_16s8u_P3C3R(const Tpx16s* const pSrc[3], int srcStep, Tpx8u* pDst, int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCoCgToBGR_Rev_16s8u_P3C4R(const Tpx16s* const pSrc[3], int srcStep, Tpx8u* pDst, int dstStep,
+    TpxSize roiSize, Tpx8u aval);
+TPXCC_API TpxStatus tpxiYCoCgToRGB_8u_P3C3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* pDst, int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiSBGRToYCoCg_16s_C3P3R(const Tpx16s* pSrc, int srcStep, Tpx16s* const pDst[3], int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiSBGRToYCoCg_16s_C4P3R(const Tpx16s* pSrc, int srcStep, Tpx16s* const pDst[3], int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiSBGRToYCoCg_16s32s_C3P3R(const Tpx16s* pSrc, int srcStep, Tpx32s* const pDst[3], int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiSBGRToYCoCg_16s32s_C4P3R(const Tpx16s* pSrc, int srcStep, Tpx32s* const pDst[3], int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiSBGRToYCoCg_Rev_16s_C3P3R(const Tpx16s* pSrc, int srcStep, Tpx16s* const pDst[3], int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiSBGRToYCoCg_Rev_16s_C4P3R(const Tpx16s* pSrc, int srcStep, Tpx16s* const pDst[3], int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiSBGRToYCoCg_Rev_16s32s_C3P3R(const Tpx16s* pSrc, int srcStep, Tpx32s* const pDst[3],
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiSBGRToYCoCg_Rev_16s32s_C4P3R(const Tpx16s* pSrc, int srcStep, Tpx32s* const pDst[3],
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCoCgToSBGR_16s_P3C3R(const Tpx16s* const pSrc[3], int srcStep, Tpx16s* pDst, int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCoCgToSBGR_16s_P3C4R(const Tpx16s* const pSrc[3], int srcStep, Tpx16s* pDst, int dstStep,
+    TpxSize roiSize, Tpx16s aval);
+TPXCC_API TpxStatus tpxiYCoCgToSBGR_32s16s_P3C3R(const Tpx32s* const pSrc[3], int srcStep, Tpx16s* pDst, int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCoCgToSBGR_32s16s_P3C4R(const Tpx32s* const pSrc[3], int srcStep, Tpx16s* pDst, int dstStep,
+    TpxSize roiSize, Tpx16s aval);
+TPXCC_API TpxStatus tpxiYCoCgToSBGR_Rev_16s_P3C3R(const Tpx16s* const pSrc[3], int srcStep, Tpx16s* pDst, int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCoCgToSBGR_Rev_16s_P3C4R(const Tpx16s* const pSrc[3], int srcStep, Tpx16s* pDst, int dstStep,
+    TpxSize roiSize, Tpx16s aval);
+TPXCC_API TpxStatus tpxiYCoCgToSBGR_Rev_32s16s_P3C3R(const Tpx32s* const pSrc[3], int srcStep, Tpx16s* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCoCgToSBGR_Rev_32s16s_P3C4R(const Tpx32s* const pSrc[3], int srcStep, Tpx16s* pDst,
+    int dstStep, TpxSize roiSize, Tpx16s aval);
+
+/* Analog YUV: full-range luma, U = 0.492 (B - Y), V = 0.877 (R - Y) offset by
+ * 128, in fixed point; 4:2:0 members convert whole 2 x 2 blocks (+35 when the
+ * width or height is odd), 4:2:2 members whole pairs. */
+/* 4:4:4 planes share one step; subsampled planes {Y, U, V} have a step each. Members without R take no
+ * steps: packed RGB rows are 3 * width bytes, Y rows width bytes, U and V rows width / 2 bytes. */
+TPXCC_API TpxStatus tpxiRGBToYUV_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYUV_8u_AC4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYUV_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYUV_8u_P3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* const pDst[3], int dstStep,
+    TpxSize roiSize);
+/* Four planes {Y, U, V, A}; A is the source's fourth byte. */
+TPXCC_API TpxStatus tpxiRGBToYUV_8u_AC4P4R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[4], int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYUVToRGB_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYUVToRGB_8u_AC4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYUVToRGB_8u_C3C4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize,
+    Tpx8u aval);
+TPXCC_API TpxStatus tpxiYUVToRGB_8u_P3C3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* pDst, int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYUVToRGB_8u_P3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* const pDst[3], int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYUV422_8u_C3C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYUV422_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYUV422_8u_P3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYUV422_8u_C3P3(const Tpx8u* pSrc, Tpx8u* const pDst[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYUV422_8u_P3(const Tpx8u* const pSrc[3], Tpx8u* const pDst[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYUV422ToRGB_8u_C2C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep,
+    TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYUV422ToRGB_8u_P3C3R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYUV422ToRGB_8u_P3R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* const pDst[3],
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYUV422ToRGB_8u_P3AC4R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYUV422ToRGB_8u_P3(const Tpx8u* const pSrc[3], Tpx8u* const pDst[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYUV422ToRGB_8u_P3C3(const Tpx8u* const pSrc[3], Tpx8u* pDst, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYUV420_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYUV420_8u_P3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYUV420_8u_C3P3(const Tpx8u* pSrc, Tpx8u* const pDst[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYUV420_8u_P3(const Tpx8u* const pSrc[3], Tpx8u* const pDst[3], TpxSize roiSize);
+/* The source is B, G, R, A in memory; A is not read. */
+TPXCC_API TpxStatus tpxiBGRToYUV420_8u_AC4P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
+    const int dstStep[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYUV420ToRGB_8u_P3C3R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYUV420ToRGB_8u_P3R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* const pDst[3],
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYUV420ToRGB_8u_P3AC4R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYUV420ToRGB_8u_P3(const Tpx8u* const pSrc[3], Tpx8u* const pDst[3], TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYUV420ToRGB_8u_P3C3(const Tpx8u* const pSrc[3], Tpx8u* pDst, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYUV420ToBGR_8u_P3C3R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* pDst,
+    int dstStep, TpxSize roiSize);
 /* end of v210, 12-bit, YCoCg and analog YUV conversions */
 
 /* ---- HSV, HLS and photo YCC ----------------------------------------- */

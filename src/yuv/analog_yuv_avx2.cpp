@@ -1,0 +1,6 @@
+// Analog YUV rows compiled for AVX2 (bodies in analog_yuv.hpp).
+#include "yuv/analog_yuv.hpp"
+
+namespace tpx::analog {
+const Rows kRowsAvx2 = TPX_ANALOG_TABLE;
+}  // namespace tpx::analog
