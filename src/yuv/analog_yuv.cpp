@@ -16,9 +16,8 @@ namespace {
 const Rows kRows = TPX_ANALOG_TABLE;
 const Rows& rows() { return *pick(TierKernels<const Rows*>{&kRows, TPX_X86(&kRowsAvx2), TPX_X86(&kRowsAvx512)}); }
 
-// An image as channel pointers: an interleaved one at each channel's offset
-// (in the order the conversion takes them: R, G, B or Y, U, V, then a fourth),
-// a planar one by its planes, each with its step.
+// An image as channel pointers: an interleaved one by its pointer (the rows
+// know the channel offsets), a planar one by its planes, each with a step.
 struct Image {
     uint8_t* c[4];
     std::ptrdiff_t step[4];
@@ -27,19 +26,13 @@ struct Image {
     }
 };
 uint8_t* mut(const uint8_t* p) { return const_cast<uint8_t*>(p); }
-// Interleaved, channel k at byte order[k].
-Image pixels(const uint8_t* p, int step, int b0, int b1, int b2, int b3 = -1) {
-    return {{mut(p) + b0, mut(p) + b1, mut(p) + b2, b3 < 0 ? nullptr : mut(p) + b3}, {step, step, step, step}};
-}
-Image rgb(const uint8_t* p, int step, int ch) { return pixels(p, step, 0, 1, 2, ch == 4 ? 3 : -1); }
+Image pixels(const uint8_t* p, int step) { return {{mut(p), nullptr, nullptr, nullptr}, {step, 0, 0, 0}}; }
 Image planes(const uint8_t* const* p, int step, int n = 3) {
     return {{mut(p[0]), mut(p[1]), mut(p[2]), n == 4 ? mut(p[3]) : nullptr}, {step, step, step, step}};
 }
 Image planes(const uint8_t* const* p, const int* steps) {
     return {{mut(p[0]), mut(p[1]), mut(p[2]), nullptr}, {steps[0], steps[1], steps[2], 0}};
 }
-// Packed Y U Y V: luma every second byte, U and V every fourth.
-Image packed422(const uint8_t* p, int step) { return pixels(p, step, 0, 1, 3); }
 
 TpxStatus rows444(const Image& s, const Image& d, TpxSize roi, Row444 row, uint8_t alpha = 0) {
     uint8_t *a[4], *b[4];
@@ -60,13 +53,20 @@ TpxStatus rows422(const Image& s, const Image& d, TpxSize roi, Row422 row) {
 // Pairs of rows: the source rows 2j and 2j+1, the destination rows, and the
 // chroma row j (of whichever side is subsampled).
 TpxStatus rows420(const Image& s, const Image& d, TpxSize roi, Row420 row, bool encode, uint8_t alpha = 0) {
+    // The side without subsampling gives two rows; the subsampled one two
+    // luma rows and one row of each chroma.
+    const Image& full = encode ? s : d;
+    const Image& sub = encode ? d : s;
     uint8_t *a0[4], *a1[4], *b0[4], *b1[4];
+    uint8_t** full0 = encode ? a0 : b0;
+    uint8_t** full1 = encode ? a1 : b1;
+    uint8_t** sub0 = encode ? b0 : a0;
+    uint8_t** sub1 = encode ? b1 : a1;
     for (int j = 0; j < roi.height / 2; ++j) {
-        s.rowOf(2 * j, a0), s.rowOf(2 * j + 1, a1), d.rowOf(2 * j, b0), d.rowOf(2 * j + 1, b1);
-        const Image& sub = encode ? d : s;
-        uint8_t** chroma = encode ? b0 : a0;
-        for (int c = 1; c <= 2; ++c) chroma[c] = rowAt(sub.c[c], sub.step[c], j);
-        if (!encode) a1[1] = a0[1], a1[2] = a0[2];
+        full.rowOf(2 * j, full0), full.rowOf(2 * j + 1, full1);
+        sub0[0] = rowAt(sub.c[0], sub.step[0], 2 * j), sub1[0] = rowAt(sub.c[0], sub.step[0], 2 * j + 1);
+        for (int c = 1; c <= 2; ++c) sub0[c] = sub1[c] = rowAt(sub.c[c], sub.step[c], j);
+        sub0[3] = sub1[3] = nullptr;
         row(a0, a1, b0, b1, roi.width / 2, alpha);
     }
     return (roi.width | roi.height) & 1 ? tpxStatusOddSize : tpxStatusOk;
@@ -85,7 +85,7 @@ const int* stepsOf(TpxSize roi, int* s) {
 using namespace tpx;
 using namespace tpx::analog;
 
-#define TPX_ROW(fn, a, b, c) rows().fn##_##a##_##b##_##c
+#define TPX_ROW(fn, a, b, c, d) rows().fn##_##a##_##b##_##c##_##d
 #define TPX_CHECKED(minW, minH, ...)                             \
     TPX_CHECK(check::notNull(__VA_ARGS__));                      \
     TPX_CHECK(check::size(roiSize, minW, minH));
@@ -94,86 +94,86 @@ using namespace tpx::analog;
 extern "C" TPXCC_API TpxStatus tpxiRGBToYUV_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep,
                                                    TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, pDst)
-    return rows444(rgb(pSrc, srcStep, 3), rgb(pDst, dstStep, 3), roiSize, TPX_ROW(encode444, 3, 3, kNone));
+    return rows444(pixels(pSrc, srcStep), pixels(pDst, dstStep), roiSize, TPX_ROW(encode444, 3, 0, 3, kNone));
 }
 extern "C" TPXCC_API TpxStatus tpxiRGBToYUV_8u_AC4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep,
                                                     TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, pDst)
-    return rows444(rgb(pSrc, srcStep, 4), rgb(pDst, dstStep, 3), roiSize, TPX_ROW(encode444, 4, 4, kKeep));
+    return rows444(pixels(pSrc, srcStep), pixels(pDst, dstStep), roiSize, TPX_ROW(encode444, 4, 0, 4, kKeep));
 }
 extern "C" TPXCC_API TpxStatus tpxiRGBToYUV_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], int dstStep,
                                                      TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, pDst)
     TPX_CHECK(check::planes(pDst, 3));
-    return rows444(rgb(pSrc, srcStep, 3), planes(pDst, dstStep), roiSize, TPX_ROW(encode444, 3, 1, kNone));
+    return rows444(pixels(pSrc, srcStep), planes(pDst, dstStep), roiSize, TPX_ROW(encode444, 3, 0, 1, kNone));
 }
 extern "C" TPXCC_API TpxStatus tpxiRGBToYUV_8u_P3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* const pDst[3],
                                                    int dstStep, TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, pDst)
     TPX_CHECK(check::planes(pSrc, 3));
     TPX_CHECK(check::planes(pDst, 3));
-    return rows444(planes(pSrc, srcStep), planes(pDst, dstStep), roiSize, TPX_ROW(encode444, 1, 1, kNone));
+    return rows444(planes(pSrc, srcStep), planes(pDst, dstStep), roiSize, TPX_ROW(encode444, 1, 0, 1, kNone));
 }
 extern "C" TPXCC_API TpxStatus tpxiRGBToYUV_8u_AC4P4R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[4],
                                                       int dstStep, TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, pDst)
     TPX_CHECK(check::planes(pDst, 4));
-    return rows444(rgb(pSrc, srcStep, 4), planes(pDst, dstStep, 4), roiSize, TPX_ROW(encode444, 4, 1, kCopy));
+    return rows444(pixels(pSrc, srcStep), planes(pDst, dstStep, 4), roiSize, TPX_ROW(encode444, 4, 0, 1, kCopy));
 }
 extern "C" TPXCC_API TpxStatus tpxiYUVToRGB_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep,
                                                    TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, pDst)
-    return rows444(rgb(pSrc, srcStep, 3), rgb(pDst, dstStep, 3), roiSize, TPX_ROW(decode444, 3, 3, kNone));
+    return rows444(pixels(pSrc, srcStep), pixels(pDst, dstStep), roiSize, TPX_ROW(decode444, 3, 0, 3, kNone));
 }
 extern "C" TPXCC_API TpxStatus tpxiYUVToRGB_8u_AC4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep,
                                                     TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, pDst)
-    return rows444(rgb(pSrc, srcStep, 3), rgb(pDst, dstStep, 3), roiSize, TPX_ROW(decode444, 4, 4, kKeep));
+    return rows444(pixels(pSrc, srcStep), pixels(pDst, dstStep), roiSize, TPX_ROW(decode444, 4, 0, 4, kKeep));
 }
 extern "C" TPXCC_API TpxStatus tpxiYUVToRGB_8u_C3C4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep,
                                                      TpxSize roiSize, Tpx8u aval) {
     TPX_CHECKED(1, 1, pSrc, pDst)
-    return rows444(rgb(pSrc, srcStep, 3), rgb(pDst, dstStep, 4), roiSize, TPX_ROW(decode444, 3, 4, kValue), aval);
+    return rows444(pixels(pSrc, srcStep), pixels(pDst, dstStep), roiSize, TPX_ROW(decode444, 3, 0, 4, kValue), aval);
 }
 extern "C" TPXCC_API TpxStatus tpxiYUVToRGB_8u_P3C3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* pDst, int dstStep,
                                                      TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, pDst)
     TPX_CHECK(check::planes(pSrc, 3));
-    return rows444(planes(pSrc, srcStep), rgb(pDst, dstStep, 3), roiSize, TPX_ROW(decode444, 1, 3, kNone));
+    return rows444(planes(pSrc, srcStep), pixels(pDst, dstStep), roiSize, TPX_ROW(decode444, 1, 0, 3, kNone));
 }
 extern "C" TPXCC_API TpxStatus tpxiYUVToRGB_8u_P3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* const pDst[3],
                                                    int dstStep, TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, pDst)
     TPX_CHECK(check::planes(pSrc, 3));
     TPX_CHECK(check::planes(pDst, 3));
-    return rows444(planes(pSrc, srcStep), planes(pDst, dstStep), roiSize, TPX_ROW(decode444, 1, 1, kNone));
+    return rows444(planes(pSrc, srcStep), planes(pDst, dstStep), roiSize, TPX_ROW(decode444, 1, 0, 1, kNone));
 }
 
 // ---- 4:2:2 --------------------------------------------------------------------------
 extern "C" TPXCC_API TpxStatus tpxiRGBToYUV422_8u_C3C2R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep,
                                                         TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, pDst)
-    return rows422(rgb(pSrc, srcStep, 3), packed422(pDst, dstStep), roiSize, TPX_ROW(encode422, 3, 2, 4));
+    return rows422(pixels(pSrc, srcStep), pixels(pDst, dstStep), roiSize, TPX_ROW(encode422, 3, 0, 2, 0));
 }
 extern "C" TPXCC_API TpxStatus tpxiRGBToYUV422_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
                                                         const int dstStep[3], TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, pDst, dstStep)
     TPX_CHECK(check::planes(pDst, 3));
-    return rows422(rgb(pSrc, srcStep, 3), planes(pDst, dstStep), roiSize, TPX_ROW(encode422, 3, 1, 1));
+    return rows422(pixels(pSrc, srcStep), planes(pDst, dstStep), roiSize, TPX_ROW(encode422, 3, 0, 1, 0));
 }
 extern "C" TPXCC_API TpxStatus tpxiRGBToYUV422_8u_P3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* const pDst[3],
                                                       const int dstStep[3], TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, pDst, dstStep)
     TPX_CHECK(check::planes(pSrc, 3));
     TPX_CHECK(check::planes(pDst, 3));
-    return rows422(planes(pSrc, srcStep), planes(pDst, dstStep), roiSize, TPX_ROW(encode422, 1, 1, 1));
+    return rows422(planes(pSrc, srcStep), planes(pDst, dstStep), roiSize, TPX_ROW(encode422, 1, 0, 1, 0));
 }
 extern "C" TPXCC_API TpxStatus tpxiRGBToYUV422_8u_C3P3(const Tpx8u* pSrc, Tpx8u* const pDst[3], TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, pDst)
     TPX_CHECK(check::planes(pDst, 3));
     int s[3];
-    return rows422(rgb(pSrc, 3 * roiSize.width, 3), planes(pDst, stepsOf(roiSize, s)), roiSize,
-                   TPX_ROW(encode422, 3, 1, 1));
+    return rows422(pixels(pSrc, 3 * roiSize.width), planes(pDst, stepsOf(roiSize, s)), roiSize,
+                   TPX_ROW(encode422, 3, 0, 1, 0));
 }
 extern "C" TPXCC_API TpxStatus tpxiRGBToYUV422_8u_P3(const Tpx8u* const pSrc[3], Tpx8u* const pDst[3],
                                                      TpxSize roiSize) {
@@ -182,31 +182,31 @@ extern "C" TPXCC_API TpxStatus tpxiRGBToYUV422_8u_P3(const Tpx8u* const pSrc[3],
     TPX_CHECK(check::planes(pDst, 3));
     int s[3];
     return rows422(planes(pSrc, roiSize.width), planes(pDst, stepsOf(roiSize, s)), roiSize,
-                   TPX_ROW(encode422, 1, 1, 1));
+                   TPX_ROW(encode422, 1, 0, 1, 0));
 }
 extern "C" TPXCC_API TpxStatus tpxiYUV422ToRGB_8u_C2C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep,
                                                         TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, pDst)
-    return rows422(packed422(pSrc, srcStep), rgb(pDst, dstStep, 3), roiSize, TPX_ROW(decode422Packed, 2, 4, 3));
+    return rows422(pixels(pSrc, srcStep), pixels(pDst, dstStep), roiSize, TPX_ROW(decode422Packed, 2, 0, 3, 0));
 }
 extern "C" TPXCC_API TpxStatus tpxiYUV422ToRGB_8u_P3C3R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* pDst,
                                                         int dstStep, TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, srcStep, pDst)
     TPX_CHECK(check::planes(pSrc, 3));
-    return rows422(planes(pSrc, srcStep), rgb(pDst, dstStep, 3), roiSize, TPX_ROW(decode422, 1, 1, 3));
+    return rows422(planes(pSrc, srcStep), pixels(pDst, dstStep), roiSize, TPX_ROW(decode422, 1, 0, 3, 0));
 }
 extern "C" TPXCC_API TpxStatus tpxiYUV422ToRGB_8u_P3R(const Tpx8u* const pSrc[3], const int srcStep[3],
                                                       Tpx8u* const pDst[3], int dstStep, TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, srcStep, pDst)
     TPX_CHECK(check::planes(pSrc, 3));
     TPX_CHECK(check::planes(pDst, 3));
-    return rows422(planes(pSrc, srcStep), planes(pDst, dstStep), roiSize, TPX_ROW(decode422, 1, 1, 1));
+    return rows422(planes(pSrc, srcStep), planes(pDst, dstStep), roiSize, TPX_ROW(decode422, 1, 0, 1, 0));
 }
 extern "C" TPXCC_API TpxStatus tpxiYUV422ToRGB_8u_P3AC4R(const Tpx8u* const pSrc[3], const int srcStep[3],
                                                          Tpx8u* pDst, int dstStep, TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, srcStep, pDst)
     TPX_CHECK(check::planes(pSrc, 3));
-    return rows422(planes(pSrc, srcStep), rgb(pDst, dstStep, 3), roiSize, TPX_ROW(decode422, 1, 1, 4));
+    return rows422(planes(pSrc, srcStep), pixels(pDst, dstStep), roiSize, TPX_ROW(decode422, 1, 0, 4, 0));
 }
 extern "C" TPXCC_API TpxStatus tpxiYUV422ToRGB_8u_P3(const Tpx8u* const pSrc[3], Tpx8u* const pDst[3],
                                                      TpxSize roiSize) {
@@ -215,14 +215,14 @@ extern "C" TPXCC_API TpxStatus tpxiYUV422ToRGB_8u_P3(const Tpx8u* const pSrc[3],
     TPX_CHECK(check::planes(pDst, 3));
     int s[3];
     return rows422(planes(pSrc, stepsOf(roiSize, s)), planes(pDst, roiSize.width), roiSize,
-                   TPX_ROW(decode422, 1, 1, 1));
+                   TPX_ROW(decode422, 1, 0, 1, 0));
 }
 extern "C" TPXCC_API TpxStatus tpxiYUV422ToRGB_8u_P3C3(const Tpx8u* const pSrc[3], Tpx8u* pDst, TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, pDst)
     TPX_CHECK(check::planes(pSrc, 3));
     int s[3];
-    return rows422(planes(pSrc, stepsOf(roiSize, s)), rgb(pDst, 3 * roiSize.width, 3), roiSize,
-                   TPX_ROW(decode422, 1, 1, 3));
+    return rows422(planes(pSrc, stepsOf(roiSize, s)), pixels(pDst, 3 * roiSize.width), roiSize,
+                   TPX_ROW(decode422, 1, 0, 3, 0));
 }
 
 // ---- 4:2:0 --------------------------------------------------------------------------
@@ -230,21 +230,21 @@ extern "C" TPXCC_API TpxStatus tpxiRGBToYUV420_8u_C3P3R(const Tpx8u* pSrc, int s
                                                         const int dstStep[3], TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, pDst, dstStep)
     TPX_CHECK(check::planes(pDst, 3));
-    return rows420(rgb(pSrc, srcStep, 3), planes(pDst, dstStep), roiSize, TPX_ROW(encode420, 3, 0, 0), true);
+    return rows420(pixels(pSrc, srcStep), planes(pDst, dstStep), roiSize, TPX_ROW(encode420, 3, 0, 1, 0), true);
 }
 extern "C" TPXCC_API TpxStatus tpxiRGBToYUV420_8u_P3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* const pDst[3],
                                                       const int dstStep[3], TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, pDst, dstStep)
     TPX_CHECK(check::planes(pSrc, 3));
     TPX_CHECK(check::planes(pDst, 3));
-    return rows420(planes(pSrc, srcStep), planes(pDst, dstStep), roiSize, TPX_ROW(encode420, 1, 0, 0), true);
+    return rows420(planes(pSrc, srcStep), planes(pDst, dstStep), roiSize, TPX_ROW(encode420, 1, 0, 1, 0), true);
 }
 extern "C" TPXCC_API TpxStatus tpxiRGBToYUV420_8u_C3P3(const Tpx8u* pSrc, Tpx8u* const pDst[3], TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, pDst)
     TPX_CHECK(check::planes(pDst, 3));
     int s[3];
-    return rows420(rgb(pSrc, 3 * roiSize.width, 3), planes(pDst, stepsOf(roiSize, s)), roiSize,
-                   TPX_ROW(encode420, 3, 0, 0), true);
+    return rows420(pixels(pSrc, 3 * roiSize.width), planes(pDst, stepsOf(roiSize, s)), roiSize,
+                   TPX_ROW(encode420, 3, 0, 1, 0), true);
 }
 extern "C" TPXCC_API TpxStatus tpxiRGBToYUV420_8u_P3(const Tpx8u* const pSrc[3], Tpx8u* const pDst[3],
                                                      TpxSize roiSize) {
@@ -253,33 +253,33 @@ extern "C" TPXCC_API TpxStatus tpxiRGBToYUV420_8u_P3(const Tpx8u* const pSrc[3],
     TPX_CHECK(check::planes(pDst, 3));
     int s[3];
     return rows420(planes(pSrc, roiSize.width), planes(pDst, stepsOf(roiSize, s)), roiSize,
-                   TPX_ROW(encode420, 1, 0, 0), true);
+                   TPX_ROW(encode420, 1, 0, 1, 0), true);
 }
 // B, G, R, A in memory; A is not read.
 extern "C" TPXCC_API TpxStatus tpxiBGRToYUV420_8u_AC4P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3],
                                                          const int dstStep[3], TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, pDst, dstStep)
     TPX_CHECK(check::planes(pDst, 3));
-    return rows420(pixels(pSrc, srcStep, 2, 1, 0), planes(pDst, dstStep), roiSize, TPX_ROW(encode420, 4, 0, 0), true);
+    return rows420(pixels(pSrc, srcStep), planes(pDst, dstStep), roiSize, TPX_ROW(encode420, 4, 1, 1, 0), true);
 }
 extern "C" TPXCC_API TpxStatus tpxiYUV420ToRGB_8u_P3C3R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* pDst,
                                                         int dstStep, TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, srcStep, pDst)
     TPX_CHECK(check::planes(pSrc, 3));
-    return rows420(planes(pSrc, srcStep), rgb(pDst, dstStep, 3), roiSize, TPX_ROW(decode420, 3, kNone, 0), false);
+    return rows420(planes(pSrc, srcStep), pixels(pDst, dstStep), roiSize, TPX_ROW(decode420, 1, 0, 3, 0), false);
 }
 extern "C" TPXCC_API TpxStatus tpxiYUV420ToRGB_8u_P3R(const Tpx8u* const pSrc[3], const int srcStep[3],
                                                       Tpx8u* const pDst[3], int dstStep, TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, srcStep, pDst)
     TPX_CHECK(check::planes(pSrc, 3));
     TPX_CHECK(check::planes(pDst, 3));
-    return rows420(planes(pSrc, srcStep), planes(pDst, dstStep), roiSize, TPX_ROW(decode420, 1, kNone, 0), false);
+    return rows420(planes(pSrc, srcStep), planes(pDst, dstStep), roiSize, TPX_ROW(decode420, 1, 0, 1, 0), false);
 }
 extern "C" TPXCC_API TpxStatus tpxiYUV420ToRGB_8u_P3AC4R(const Tpx8u* const pSrc[3], const int srcStep[3],
                                                          Tpx8u* pDst, int dstStep, TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, srcStep, pDst)
     TPX_CHECK(check::planes(pSrc, 3));
-    return rows420(planes(pSrc, srcStep), rgb(pDst, dstStep, 3), roiSize, TPX_ROW(decode420, 4, kKeep, 0), false);
+    return rows420(planes(pSrc, srcStep), pixels(pDst, dstStep), roiSize, TPX_ROW(decode420, 1, 0, 4, 0), false);
 }
 extern "C" TPXCC_API TpxStatus tpxiYUV420ToRGB_8u_P3(const Tpx8u* const pSrc[3], Tpx8u* const pDst[3],
                                                      TpxSize roiSize) {
@@ -288,20 +288,20 @@ extern "C" TPXCC_API TpxStatus tpxiYUV420ToRGB_8u_P3(const Tpx8u* const pSrc[3],
     TPX_CHECK(check::planes(pDst, 3));
     int s[3];
     return rows420(planes(pSrc, stepsOf(roiSize, s)), planes(pDst, roiSize.width), roiSize,
-                   TPX_ROW(decode420, 1, kNone, 0), false);
+                   TPX_ROW(decode420, 1, 0, 1, 0), false);
 }
 extern "C" TPXCC_API TpxStatus tpxiYUV420ToRGB_8u_P3C3(const Tpx8u* const pSrc[3], Tpx8u* pDst, TpxSize roiSize) {
     TPX_CHECKED(1, 1, pSrc, pDst)
     TPX_CHECK(check::planes(pSrc, 3));
     int s[3];
-    return rows420(planes(pSrc, stepsOf(roiSize, s)), rgb(pDst, 3 * roiSize.width, 3), roiSize,
-                   TPX_ROW(decode420, 3, kNone, 0), false);
+    return rows420(planes(pSrc, stepsOf(roiSize, s)), pixels(pDst, 3 * roiSize.width), roiSize,
+                   TPX_ROW(decode420, 1, 0, 3, 0), false);
 }
 // Needs a 2 x 2 ROI; writes B, G, R.
 extern "C" TPXCC_API TpxStatus tpxiYUV420ToBGR_8u_P3C3R(const Tpx8u* const pSrc[3], const int srcStep[3], Tpx8u* pDst,
                                                         int dstStep, TpxSize roiSize) {
     TPX_CHECKED(2, 2, pSrc, srcStep, pDst)
     TPX_CHECK(check::planes(pSrc, 3));
-    return rows420(planes(pSrc, srcStep), pixels(pDst, dstStep, 2, 1, 0), roiSize, TPX_ROW(decode420, 3, kNone, 0),
+    return rows420(planes(pSrc, srcStep), pixels(pDst, dstStep), roiSize, TPX_ROW(decode420, 1, 0, 3, 1),
                    false);
 }

@@ -11,16 +11,16 @@
 // 4:2:2 and 4:2:0 encoders: Y = S >> 16 (truncated); over the two pixels of
 //   a pair (k = 17, r = 65535) or the four of a 2 x 2 block (k = 18, r =
 //   131071), with sums SB, SR, SS: U = ((((SB << 16) - SS + r) >> 16) * 32244
-//   >> k) + 128, V = clamp(((((SR << 16) - SS + r) >> 16) * 57475 >> k) + 128).
+//   >> k) + 128, V = clamp(((((sumR << 16) - SS + r) >> 16) * 57475 >> k) + 128).
 // 4:2:2 and 4:2:0 decoders: the 4:4:4 decoder without rounding terms, each
 //   chroma sample serving its pair or block. A packed 4:2:2 pixel without a
 //   pair (a width of one, or an odd last pixel) reads its U byte c - 128 for
 //   both chroma: R = clamp(((Y << 16) + 74711 c) >> 16), G = clamp(((Y << 16)
 //   - 63897 c) >> 16), B = clamp(((Y << 16) + 133169 c) >> 16).
 //
-// Rows read and write channels through pointers and compile-time strides
-// (an interleaved image is its pointer at each channel's offset, a planar one
-// its planes), as plain loops that analog_yuv_avx2.cpp and
+// Rows read and write an interleaved image through its pointer and
+// compile-time channel offsets, a planar one through its planes, as plain
+// loops that analog_yuv_avx2.cpp and
 // analog_yuv_avx512.cpp compile for their instruction sets (the bodies have
 // internal linkage, so every file keeps its own).
 #pragma once
@@ -44,121 +44,156 @@ using Row420 = void (*)(const uint8_t* const* s0, const uint8_t* const* s1, uint
 // copied, or the alpha argument.
 enum Fourth { kNone, kKeep, kCopy, kValue };
 
-// Every row kind of the members: the template arguments of each.
-#define TPX_ANALOG_444(X)                                                                          \
-    X(encode444, 3, 3, kNone) X(encode444, 4, 4, kKeep) X(encode444, 3, 1, kNone)                  \
-    X(encode444, 1, 1, kNone) X(encode444, 4, 1, kCopy) X(decode444, 3, 3, kNone)                  \
-    X(decode444, 4, 4, kKeep) X(decode444, 3, 4, kValue) X(decode444, 1, 3, kNone) X(decode444, 1, 1, kNone)
-#define TPX_ANALOG_422(X)                                                                          \
-    X(encode422, 3, 2, 4) X(encode422, 3, 1, 1) X(encode422, 1, 1, 1) X(decode422, 1, 1, 3)        \
-    X(decode422, 1, 1, 1) X(decode422, 1, 1, 4) X(decode422Packed, 2, 4, 3)
-#define TPX_ANALOG_420(X) X(encode420, 3, 0, 0) X(encode420, 4, 0, 0) X(encode420, 1, 0, 0) \
-    X(decode420, 3, kNone, 0) X(decode420, 1, kNone, 0) X(decode420, 4, kKeep, 0)
+// Every row kind of the members: the template arguments of each (elements
+// per source pixel, BGR source, elements per destination pixel, BGR
+// destination or fourth channel).
+#define TPX_ANALOG_ROWS(X)                                                                                    \
+    X(encode444, 3, 0, 3, kNone) X(encode444, 4, 0, 4, kKeep) X(encode444, 3, 0, 1, kNone)                    \
+    X(encode444, 1, 0, 1, kNone) X(encode444, 4, 0, 1, kCopy) X(decode444, 3, 0, 3, kNone)                    \
+    X(decode444, 4, 0, 4, kKeep) X(decode444, 3, 0, 4, kValue) X(decode444, 1, 0, 3, kNone)                   \
+    X(decode444, 1, 0, 1, kNone) X(encode422, 3, 0, 2, 0) X(encode422, 3, 0, 1, 0) X(encode422, 1, 0, 1, 0)   \
+    X(decode422, 1, 0, 3, 0) X(decode422, 1, 0, 1, 0) X(decode422, 1, 0, 4, 0) X(decode422Packed, 2, 0, 3, 0) \
+    X(encode420, 3, 0, 1, 0) X(encode420, 4, 1, 1, 0) X(encode420, 1, 0, 1, 0) X(decode420, 1, 0, 3, 0)      \
+    X(decode420, 1, 0, 1, 0) X(decode420, 1, 0, 4, 0) X(decode420, 1, 0, 3, 1)
 
 namespace {
 
 inline int clamp255(int v) { return v < 0 ? 0 : v > 255 ? 255 : v; }
 inline int lumaSum(int r, int g, int b) { return 19595 * r + 38470 * g + 7471 * b; }
 
-// 4:4:4: channels R, G, B at strides SK (in) and Y, U, V at DK (out), or back.
-template <int SK, int DK, int F>
+// Channel c (0..3) of pixel i of one side: K = 1 the planes p[c]; K = 3 or 4
+// interleaved at p[0] (R, G, B or Y, U, V first, reversed when Bgr); K = 2
+// packed pairs Y U Y V (channel 0 the pixel's luma, 1 and 2 its pair's U, V).
+template <int K, bool Bgr>
+struct Side {
+    const uint8_t* __restrict p0;
+    const uint8_t* __restrict p1;
+    const uint8_t* __restrict p2;
+    const uint8_t* __restrict p3;
+    explicit Side(const uint8_t* const* p) : p0(p[0]), p1(p[1]), p2(p[2]), p3(p[3]) {}
+    static constexpr Len at(Len i, int c) {
+        if (K == 2) return c == 0 ? 2 * i : 4 * (i / 2) + (c == 1 ? 1 : 3);
+        return i * K + (Bgr && c < 3 ? 2 - c : c);
+    }
+    int get(Len i, int c) const {
+        if constexpr (K == 1) return (c == 0 ? p0 : c == 1 ? p1 : c == 2 ? p2 : p3)[i];
+        else return p0[at(i, c)];
+    }
+};
+template <int K, bool Bgr>
+struct Out {
+    uint8_t* __restrict p0;
+    uint8_t* __restrict p1;
+    uint8_t* __restrict p2;
+    uint8_t* __restrict p3;
+    explicit Out(uint8_t* const* p) : p0(p[0]), p1(p[1]), p2(p[2]), p3(p[3]) {}
+    void set(Len i, int c, int v) const {
+        if constexpr (K == 1) (c == 0 ? p0 : c == 1 ? p1 : c == 2 ? p2 : p3)[i] = uint8_t(v);
+        else p0[Side<K, Bgr>::at(i, c)] = uint8_t(v);
+    }
+};
+
+// 4:4:4: R, G, B (a fourth when F says) in, Y, U, V out; and back.
+template <int SK, int SB, int DK, int F>
 void encode444(const uint8_t* const* s, uint8_t* const* d, Len n, uint8_t) {
-    const uint8_t *__restrict r = s[0], *__restrict g = s[1], *__restrict b = s[2], *__restrict a = s[3];
-    uint8_t *__restrict y = d[0], *__restrict u = d[1], *__restrict v = d[2], *__restrict q = d[3];
+    const Side<SK, SB != 0> in(s);
+    const Out<DK, false> out(d);
     for (Len i = 0; i < n; ++i) {
-        const int R = r[i * SK], G = g[i * SK], B = b[i * SK], S = lumaSum(R, G, B);
-        y[i * DK] = uint8_t((S + 32768) >> 16);
-        u[i * DK] = uint8_t(((((B << 16) - S + 32768) >> 16) * 32244 >> 16) + 128);
-        v[i * DK] = uint8_t(clamp255(((((R << 16) - S + 32768) >> 16) * 57475 >> 16) + 128));
-        if constexpr (F == kCopy) q[i * DK] = a[i * SK];
+        const int R = in.get(i, 0), G = in.get(i, 1), B = in.get(i, 2), S = lumaSum(R, G, B);
+        out.set(i, 0, (S + 32768) >> 16);
+        out.set(i, 1, ((((B << 16) - S + 32768) >> 16) * 32244 >> 16) + 128);
+        out.set(i, 2, clamp255(((((R << 16) - S + 32768) >> 16) * 57475 >> 16) + 128));
+        if constexpr (F == kCopy) out.set(i, 3, in.get(i, 3));
     }
 }
-template <int SK, int DK, int F>
+template <int SK, int SB, int DK, int F>
 void decode444(const uint8_t* const* s, uint8_t* const* d, Len n, uint8_t alpha) {
-    const uint8_t *__restrict y = s[0], *__restrict u = s[1], *__restrict v = s[2];
-    uint8_t *__restrict r = d[0], *__restrict g = d[1], *__restrict b = d[2], *__restrict q = d[3];
+    const Side<SK, SB != 0> in(s);
+    const Out<DK, false> out(d);
     for (Len i = 0; i < n; ++i) {
-        const int Y = y[i * SK] << 16, U = u[i * SK] - 128, V = v[i * SK] - 128;
-        r[i * DK] = uint8_t(clamp255((Y + 74711 * V + 32768) >> 16));
-        g[i * DK] = uint8_t(clamp255((Y - 25821 * U - 38076 * V) >> 16));
-        b[i * DK] = uint8_t(clamp255((Y + 133169 * U + 32768) >> 16));
-        if constexpr (F == kValue) q[i * DK] = alpha;
+        const int Y = in.get(i, 0) << 16, U = in.get(i, 1) - 128, V = in.get(i, 2) - 128;
+        out.set(i, 0, clamp255((Y + 74711 * V + 32768) >> 16));
+        out.set(i, 1, clamp255((Y - 25821 * U - 38076 * V) >> 16));
+        out.set(i, 2, clamp255((Y + 133169 * U + 32768) >> 16));
+        if constexpr (F == kValue) out.set(i, 3, alpha);
     }
 }
 
-// 4:2:2 encoder: pixels at stride SK; luma out at stride YK, U and V at CK.
-template <int SK, int YK, int CK>
+// 4:2:2 encoder: pairs of pixels to two luma samples and one U, V.
+template <int SK, int SB, int DK, int>
 void encode422(const uint8_t* const* s, uint8_t* const* d, Len n) {
-    const uint8_t *__restrict r = s[0], *__restrict g = s[1], *__restrict b = s[2];
-    uint8_t *__restrict y = d[0], *__restrict u = d[1], *__restrict v = d[2];
+    const Side<SK, SB != 0> in(s);
+    const Out<DK, false> out(d);
+    constexpr bool packed = DK == 2;
     for (Len k = 0; k < n / 2; ++k) {
         const Len i = 2 * k, j = i + 1;
-        const int S0 = lumaSum(r[i * SK], g[i * SK], b[i * SK]), S1 = lumaSum(r[j * SK], g[j * SK], b[j * SK]);
-        const int SB = b[i * SK] + b[j * SK], SR = r[i * SK] + r[j * SK], SS = S0 + S1;
-        y[i * YK] = uint8_t(S0 >> 16);
-        y[j * YK] = uint8_t(S1 >> 16);
-        u[k * CK] = uint8_t(((((SB << 16) - SS + 65535) >> 16) * 32244 >> 17) + 128);
-        v[k * CK] = uint8_t(clamp255(((((SR << 16) - SS + 65535) >> 16) * 57475 >> 17) + 128));
+        const int S0 = lumaSum(in.get(i, 0), in.get(i, 1), in.get(i, 2)), S1 = lumaSum(in.get(j, 0), in.get(j, 1), in.get(j, 2));
+        const int sumB = in.get(i, 2) + in.get(j, 2), sumR = in.get(i, 0) + in.get(j, 0), SS = S0 + S1;
+        out.set(i, 0, S0 >> 16);
+        out.set(j, 0, S1 >> 16);
+        out.set(packed ? i : k, 1, ((((sumB << 16) - SS + 65535) >> 16) * 32244 >> 17) + 128);
+        out.set(packed ? i : k, 2, clamp255(((((sumR << 16) - SS + 65535) >> 16) * 57475 >> 17) + 128));
     }
 }
-
-// 4:2:2 decoder: luma at stride YK, chroma at CK, pixels out at DK.
-template <int YK, int CK, int DK>
+// 4:2:2 decoder: the 4:2:0 decoder's formulas on each pair.
+template <int SK, int SB, int DK, int>
 void decode422(const uint8_t* const* s, uint8_t* const* d, Len n) {
-    const uint8_t *__restrict y = s[0], *__restrict u = s[1], *__restrict v = s[2];
-    uint8_t *__restrict r = d[0], *__restrict g = d[1], *__restrict b = d[2];
+    const Side<SK, SB != 0> in(s);
+    const Out<DK, false> out(d);
+    constexpr bool packed = SK == 2;
     for (Len i = 0; i < n / 2 * 2; ++i) {
-        const int Y = y[i * YK] << 16, U = u[i / 2 * CK] - 128, V = v[i / 2 * CK] - 128;
-        r[i * DK] = uint8_t(clamp255((Y + 74711 * V) >> 16));
-        g[i * DK] = uint8_t(clamp255((Y - 25821 * U - 38076 * V) >> 16));
-        b[i * DK] = uint8_t(clamp255((Y + 133169 * U) >> 16));
+        const int Y = in.get(i, 0) << 16, U = in.get(packed ? i : i / 2, 1) - 128, V = in.get(packed ? i : i / 2, 2) - 128;
+        out.set(i, 0, clamp255((Y + 74711 * V) >> 16));
+        out.set(i, 1, clamp255((Y - 25821 * U - 38076 * V) >> 16));
+        out.set(i, 2, clamp255((Y + 133169 * U) >> 16));
     }
 }
 // Packed 4:2:2: the pairs, then an odd last pixel from its Y and U bytes.
-template <int YK, int CK, int DK>
+template <int SK, int SB, int DK, int X>
 void decode422Packed(const uint8_t* const* s, uint8_t* const* d, Len n) {
-    decode422<YK, CK, DK>(s, d, n);
+    decode422<SK, SB, DK, X>(s, d, n);
     if (n % 2 == 0) return;
+    const Side<SK, false> in(s);
+    const Out<DK, false> out(d);
     const Len i = n - 1;
-    const int Y = s[0][i * YK] << 16, c = s[1][i / 2 * CK] - 128;
-    d[0][i * DK] = uint8_t(clamp255((Y + 74711 * c) >> 16));
-    d[1][i * DK] = uint8_t(clamp255((Y - 63897 * c) >> 16));
-    d[2][i * DK] = uint8_t(clamp255((Y + 133169 * c) >> 16));
+    const int Y = in.get(i, 0) << 16, c = in.get(i, 1) - 128;
+    out.set(i, 0, clamp255((Y + 74711 * c) >> 16));
+    out.set(i, 1, clamp255((Y - 63897 * c) >> 16));
+    out.set(i, 2, clamp255((Y + 133169 * c) >> 16));
 }
 
-// 4:2:0 encoder: two rows of pixels at stride SK to two luma rows and one
-// row of each chroma.
-template <int SK, int, int>
+// 4:2:0 encoder: two rows of pixels to two luma rows (d0[0], d1[0]) and one
+// row of each chroma (d0[1], d0[2]).
+template <int SK, int SB, int, int>
 void encode420(const uint8_t* const* s0, const uint8_t* const* s1, uint8_t* const* d0, uint8_t* const* d1, Len n,
                uint8_t) {
-    const uint8_t *__restrict r0 = s0[0], *__restrict g0 = s0[1], *__restrict b0 = s0[2];
-    const uint8_t *__restrict r1 = s1[0], *__restrict g1 = s1[1], *__restrict b1 = s1[2];
+    const Side<SK, SB != 0> a(s0), b(s1);
     uint8_t *__restrict y0 = d0[0], *__restrict y1 = d1[0], *__restrict u = d0[1], *__restrict v = d0[2];
     for (Len k = 0; k < n; ++k) {
         const Len i = 2 * k, j = i + 1;
-        const int S00 = lumaSum(r0[i * SK], g0[i * SK], b0[i * SK]), S01 = lumaSum(r0[j * SK], g0[j * SK], b0[j * SK]);
-        const int S10 = lumaSum(r1[i * SK], g1[i * SK], b1[i * SK]), S11 = lumaSum(r1[j * SK], g1[j * SK], b1[j * SK]);
+        const int S00 = lumaSum(a.get(i, 0), a.get(i, 1), a.get(i, 2)), S01 = lumaSum(a.get(j, 0), a.get(j, 1), a.get(j, 2));
+        const int S10 = lumaSum(b.get(i, 0), b.get(i, 1), b.get(i, 2)), S11 = lumaSum(b.get(j, 0), b.get(j, 1), b.get(j, 2));
         y0[i] = uint8_t(S00 >> 16), y0[j] = uint8_t(S01 >> 16), y1[i] = uint8_t(S10 >> 16), y1[j] = uint8_t(S11 >> 16);
-        const int SB = b0[i * SK] + b0[j * SK] + b1[i * SK] + b1[j * SK];
-        const int SR = r0[i * SK] + r0[j * SK] + r1[i * SK] + r1[j * SK], SS = S00 + S01 + S10 + S11;
-        u[k] = uint8_t(((((SB << 16) - SS + 131071) >> 16) * 32244 >> 18) + 128);
-        v[k] = uint8_t(clamp255(((((SR << 16) - SS + 131071) >> 16) * 57475 >> 18) + 128));
+        const int sumB = a.get(i, 2) + a.get(j, 2) + b.get(i, 2) + b.get(j, 2);
+        const int sumR = a.get(i, 0) + a.get(j, 0) + b.get(i, 0) + b.get(j, 0), SS = S00 + S01 + S10 + S11;
+        u[k] = uint8_t(((((sumB << 16) - SS + 131071) >> 16) * 32244 >> 18) + 128);
+        v[k] = uint8_t(clamp255(((((sumR << 16) - SS + 131071) >> 16) * 57475 >> 18) + 128));
     }
 }
-// 4:2:0 decoder: two luma rows and one chroma row to two rows of pixels at DK.
-template <int DK, int F, int>
+// 4:2:0 decoder: two luma rows (s0[0], s1[0]) and one chroma row (s0[1],
+// s0[2]) to two rows of pixels.
+template <int, int, int DK, int DB>
 void decode420(const uint8_t* const* s0, const uint8_t* const* s1, uint8_t* const* d0, uint8_t* const* d1, Len n,
                uint8_t) {
-    const uint8_t *__restrict y0 = s0[0], *__restrict y1 = s1[0], *__restrict u = s0[1], *__restrict v = s0[2];
+    const uint8_t *__restrict u = s0[1], *__restrict v = s0[2];
     for (int row = 0; row < 2; ++row) {
-        const uint8_t* __restrict y = row ? y1 : y0;
-        uint8_t* const* d = row ? d1 : d0;
-        uint8_t *__restrict r = d[0], *__restrict g = d[1], *__restrict b = d[2];
+        const uint8_t* __restrict y = row ? s1[0] : s0[0];
+        const Out<DK, DB != 0> out(row ? d1 : d0);
         for (Len i = 0; i < 2 * n; ++i) {
             const int Y = y[i] << 16, U = u[i / 2] - 128, V = v[i / 2] - 128;
-            r[i * DK] = uint8_t(clamp255((Y + 74711 * V) >> 16));
-            g[i * DK] = uint8_t(clamp255((Y - 25821 * U - 38076 * V) >> 16));
-            b[i * DK] = uint8_t(clamp255((Y + 133169 * U) >> 16));
+            out.set(i, 0, clamp255((Y + 74711 * V) >> 16));
+            out.set(i, 1, clamp255((Y - 25821 * U - 38076 * V) >> 16));
+            out.set(i, 2, clamp255((Y + 133169 * U) >> 16));
         }
     }
 }
@@ -167,14 +202,12 @@ void decode420(const uint8_t* const* s0, const uint8_t* const* s1, uint8_t* cons
 
 // The rows of every tier: one table per instruction set.
 struct Rows {
-#define TPX_ANALOG_FIELD(fn, a, b, c) decltype(&fn<a, b, c>) fn##_##a##_##b##_##c;
-    TPX_ANALOG_444(TPX_ANALOG_FIELD)
-    TPX_ANALOG_422(TPX_ANALOG_FIELD)
-    TPX_ANALOG_420(TPX_ANALOG_FIELD)
+#define TPX_ANALOG_FIELD(fn, a, b, c, d) decltype(&fn<a, b, c, d>) fn##_##a##_##b##_##c##_##d;
+    TPX_ANALOG_ROWS(TPX_ANALOG_FIELD)
 #undef TPX_ANALOG_FIELD
 };
-#define TPX_ANALOG_ENTRY(fn, a, b, c) fn<a, b, c>,
-#define TPX_ANALOG_TABLE {TPX_ANALOG_444(TPX_ANALOG_ENTRY) TPX_ANALOG_422(TPX_ANALOG_ENTRY) TPX_ANALOG_420(TPX_ANALOG_ENTRY)}
+#define TPX_ANALOG_ENTRY(fn, a, b, c, d) fn<a, b, c, d>,
+#define TPX_ANALOG_TABLE {TPX_ANALOG_ROWS(TPX_ANALOG_ENTRY)}
 extern const Rows kRowsAvx2, kRowsAvx512;
 
 }  // namespace tpx::analog
