@@ -623,6 +623,65 @@ TPXCC_API TpxStatus tpxiYUV420ToBGR_8u_P3C3R(const Tpx8u* const pSrc[3], const i
 /* end of v210, 12-bit, YCoCg and analog YUV conversions */
 
 /* ---- HSV, HLS and photo YCC ----------------------------------------- */
+/* Steps are signed byte counts; the 16-bit and 32f members use whole elements of them (an arithmetic
+ * shift). Planar members take arrays of three or four plane pointers sharing one step. */
+/* ---- HSV and HLS ---- */
+TPXCC_API TpxStatus tpxiRGBToHSV_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToHSV_8u_AC4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToHSV_16u_C3R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToHSV_16u_AC4R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiHSVToRGB_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiHSVToRGB_8u_AC4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiHSVToRGB_16u_C3R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiHSVToRGB_16u_AC4R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToHLS_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToHLS_8u_AC4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToHLS_16u_C3R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToHLS_16u_AC4R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToHLS_16s_C3R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToHLS_16s_AC4R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToHLS_32f_C3R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToHLS_32f_AC4R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiHLSToRGB_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiHLSToRGB_8u_AC4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiHLSToRGB_16u_C3R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiHLSToRGB_16u_AC4R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiHLSToRGB_16s_C3R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiHLSToRGB_16s_AC4R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiHLSToRGB_32f_C3R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiHLSToRGB_32f_AC4R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
+/* BGR and HLS 8u in planar and mixed layouts; AP4 images carry a fourth (alpha) plane, copied unchanged. */
+TPXCC_API TpxStatus tpxiBGRToHLS_8u_AC4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToHLS_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToHLS_8u_P3C3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToHLS_8u_P3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* const pDst[3], int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToHLS_8u_AP4R(const Tpx8u* const pSrc[4], int srcStep, Tpx8u* const pDst[4], int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToHLS_8u_AP4C4R(const Tpx8u* const pSrc[4], int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToHLS_8u_AC4P4R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[4], int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiHLSToBGR_8u_C3P3R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[3], int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiHLSToBGR_8u_P3C3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiHLSToBGR_8u_P3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* const pDst[3], int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiHLSToBGR_8u_AP4R(const Tpx8u* const pSrc[4], int srcStep, Tpx8u* const pDst[4], int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiHLSToBGR_8u_AP4C4R(const Tpx8u* const pSrc[4], int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiHLSToBGR_8u_AC4P4R(const Tpx8u* pSrc, int srcStep, Tpx8u* const pDst[4], int dstStep, TpxSize roiSize);
+
+/* ---- photo YCC ---- */
+TPXCC_API TpxStatus tpxiRGBToYCC_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCC_8u_AC4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCC_16u_C3R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCC_16u_AC4R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCC_16s_C3R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCC_16s_AC4R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCC_32f_C3R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToYCC_32f_AC4R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCCToRGB_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCCToRGB_8u_AC4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCCToRGB_16u_C3R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCCToRGB_16u_AC4R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCCToRGB_16s_C3R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCCToRGB_16s_AC4R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCCToRGB_32f_C3R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiYCCToRGB_32f_AC4R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
 /* end of HSV, HLS and photo YCC conversions */
 
 /* ---- XYZ, Lab and LUV ----------------------------------------------- */

@@ -108,30 +108,34 @@ int main(int argc, char** argv) {
                      rounds);
     const char* sep = "\n";
     for (auto [w, h] : sizes) {
-        std::vector<peers::Pair> pairs;
-        for (auto m : peers::makers()) m(w, h, pairs);
         std::printf(markdown ? "\n### %dx%d, single-threaded\n\n" : "\n%dx%d, single-threaded\n", w, h);
         if (markdown) std::printf("| family | ours | peer | our ms | peer ms | ratio | target | floor ms |\n|---|---|---|---|---|---|---|---|\n");
         else std::printf("%-14s %-36s %-28s %8s %8s %6s %6s %8s\n", "family", "ours", "peer", "our ms", "peer ms", "ratio", "target", "floor ms");
-        for (auto& p : pairs) {
-            if (!only.empty() && p.family.find(only) == std::string::npos && p.ours.find(only) == std::string::npos)
-                continue;
-            const size_t bytes = peers::trafficBytes(p.ours, w, h);
-            std::vector<std::function<void()>> sides{p.runOurs, p.runPeer};
-            if (bytes) sides.push_back(peers::copyOf(bytes));
-            const std::vector<double> ms = peers::medianMs(sides, rounds);
-            const double floorMs = bytes ? ms[2] : 0.0;
-            const char* fmt = markdown ? "| %s | %s | %s | %.3f | %.3f | %.2f | %.2f | %.3f |\n"
-                                       : "%-14s %-36s %-28s %8.3f %8.3f %6.2f %6.2f %8.3f\n";
-            std::printf(fmt, p.family.c_str(), p.ours.c_str(), p.peer.c_str(), ms[0], ms[1], ms[0] / ms[1], p.target, floorMs);
-            std::fflush(stdout);
-            if (json)
-                std::fprintf(json,
-                             "%s  {\"width\": %d, \"height\": %d, \"family\": \"%s\", \"ours\": \"%s\", \"peer\": \"%s\", "
-                             "\"our_ms\": %.4f, \"peer_ms\": %.4f, \"target\": %.2f, \"bytes\": %zu, \"floor_ms\": %.4f}",
-                             sep, w, h, p.family.c_str(), p.ours.c_str(), p.peer.c_str(), ms[0], ms[1], p.target, bytes,
-                             floorMs);
-            sep = ",\n";
+        // One family's pairs at a time: their buffers are freed before the next's.
+        for (auto m : peers::makers()) {
+            std::vector<peers::Pair> pairs;
+            m(w, h, pairs);
+            for (auto& p : pairs) {
+                if (!only.empty() && p.family.find(only) == std::string::npos && p.ours.find(only) == std::string::npos)
+                    continue;
+                const size_t bytes = peers::trafficBytes(p.ours, w, h);
+                std::vector<std::function<void()>> sides{p.runOurs, p.runPeer};
+                if (bytes) sides.push_back(peers::copyOf(bytes));
+                const std::vector<double> ms = peers::medianMs(sides, rounds);
+                const double floorMs = bytes ? ms[2] : 0.0;
+                const char* fmt = markdown ? "| %s | %s | %s | %.3f | %.3f | %.2f | %.2f | %.3f |\n"
+                                           : "%-14s %-36s %-28s %8.3f %8.3f %6.2f %6.2f %8.3f\n";
+                std::printf(fmt, p.family.c_str(), p.ours.c_str(), p.peer.c_str(), ms[0], ms[1], ms[0] / ms[1], p.target,
+                            floorMs);
+                std::fflush(stdout);
+                if (json)
+                    std::fprintf(json,
+                                 "%s  {\"width\": %d, \"height\": %d, \"family\": \"%s\", \"ours\": \"%s\", \"peer\": \"%s\", "
+                                 "\"our_ms\": %.4f, \"peer_ms\": %.4f, \"target\": %.2f, \"bytes\": %zu, \"floor_ms\": %.4f}",
+                                 sep, w, h, p.family.c_str(), p.ours.c_str(), p.peer.c_str(), ms[0], ms[1], p.target,
+                                 bytes, floorMs);
+                sep = ",\n";
+            }
         }
     }
     if (json) {

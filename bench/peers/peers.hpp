@@ -35,9 +35,10 @@ size_t trafficBytes(const std::string& name, int width, int height);
 
 // Every export of one family of the export table (its heading, e.g. "Chroma
 // layout, interlaced and 16:20") against a memory copy of the bytes it reads
-// and writes, on tightly packed images of random samples.
+// and writes, on tightly packed images of random samples; only the exports
+// whose name contains `nameHas`, when given.
 void againstCopy(const char* tableFamily, const std::string& family, double target, int width, int height,
-                 std::vector<Pair>& out);
+                 std::vector<Pair>& out, const char* nameHas = nullptr);
 
 }  // namespace peers
 

@@ -45,14 +45,6 @@ int scalarRow(const T* src, T* dst, int n, const Weight<T>* w) {
     return n;
 }
 
-// Steps of multi-byte elements are whole element counts: an arithmetic shift
-// drops the remainder of an odd byte count.
-template <class T>
-constexpr std::ptrdiff_t elementStep(int step) {
-    constexpr int shift = sizeof(T) == 1 ? 0 : sizeof(T) == 2 ? 1 : sizeof(T) == 4 ? 2 : 3;
-    return std::ptrdiff_t(step >> shift) * std::ptrdiff_t(sizeof(T));
-}
-
 template <class T, int Ch>
 void colorToGray(const T* src, int srcStep, T* dst, int dstStep, TpxSize roi, const Weight<T>* w) {
     const ColorRow<T> row = pick(TierKernels<ColorRow<T>>{&scalarRow<T, Ch>, TPX_X86((&colorRowAvx2<T, Ch>)),

@@ -11,7 +11,7 @@
 // 4:2:2 and 4:2:0 encoders: Y = S >> 16 (truncated); over the two pixels of
 //   a pair (k = 17, r = 65535) or the four of a 2 x 2 block (k = 18, r =
 //   131071), with sums SB, SR, SS: U = ((((SB << 16) - SS + r) >> 16) * 32244
-//   >> k) + 128, V = clamp(((((sumR << 16) - SS + r) >> 16) * 57475 >> k) + 128).
+//   >> k) + 128, V = clamp(((((SR << 16) - SS + r) >> 16) * 57475 >> k) + 128).
 // 4:2:2 and 4:2:0 decoders: the 4:4:4 decoder without rounding terms, each
 //   chroma sample serving its pair or block. A packed 4:2:2 pixel without a
 //   pair (a width of one, or an odd last pixel) reads its U byte c - 128 for

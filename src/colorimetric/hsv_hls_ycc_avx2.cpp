@@ -1,0 +1,6 @@
+// HSV, HLS and photo YCC rows compiled for AVX2 (bodies in hsv_hls_ycc.hpp).
+#include "colorimetric/hsv_hls_ycc.hpp"
+
+namespace tpx::hls {
+const Rows kRowsAvx2 = TPX_HLS_TABLE;
+}
