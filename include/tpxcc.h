@@ -685,6 +685,66 @@ TPXCC_API TpxStatus tpxiYCCToRGB_32f_AC4R(const Tpx32f* pSrc, int srcStep, Tpx32
 /* end of HSV, HLS and photo YCC conversions */
 
 /* ---- XYZ, Lab and LUV ----------------------------------------------- */
+/* Steps are signed byte counts; the 16-bit and float members use whole elements of them. Planar members
+ * take three plane pointers sharing one step; the _L members take 64-bit sizes and steps. */
+TPXCC_API TpxStatus tpxiRGBToXYZ_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToXYZ_8u_AC4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToXYZ_16u_C3R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToXYZ_16u_AC4R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToXYZ_16s_C3R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToXYZ_16s_AC4R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToXYZ_32f_C3R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToXYZ_32f_AC4R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiXYZToRGB_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiXYZToRGB_8u_AC4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiXYZToRGB_16u_C3R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiXYZToRGB_16u_AC4R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiXYZToRGB_16s_C3R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiXYZToRGB_16s_AC4R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiXYZToRGB_32f_C3R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiXYZToRGB_32f_AC4R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToLUV_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToLUV_8u_AC4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToLUV_16u_C3R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToLUV_16u_AC4R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToLUV_16s_C3R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToLUV_16s_AC4R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToLUV_32f_C3R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToLUV_32f_AC4R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiLUVToRGB_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiLUVToRGB_8u_AC4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiLUVToRGB_16u_C3R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiLUVToRGB_16u_AC4R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiLUVToRGB_16s_C3R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiLUVToRGB_16s_AC4R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiLUVToRGB_32f_C3R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiLUVToRGB_32f_AC4R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToLUV_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToLUV_32f_C3R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiLUVToBGR_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiLUVToBGR_32f_C3R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToLab_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToLab_32f_C3R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToLab_32f_P3R(const Tpx32f* const pSrc[3], int srcStep, Tpx32f* const pDst[3], int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToLab_64f_P3R(const Tpx64f* const pSrc[3], int srcStep, Tpx64f* const pDst[3], int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiRGBToLab_32f_P3R_L(const Tpx32f* const pSrc[3], int64_t srcStep, Tpx32f* const pDst[3], int64_t dstStep,
+    TpxSizeL roiSize);
+TPXCC_API TpxStatus tpxiRGBToLab_64f_P3R_L(const Tpx64f* const pSrc[3], int64_t srcStep, Tpx64f* const pDst[3], int64_t dstStep,
+    TpxSizeL roiSize);
+TPXCC_API TpxStatus tpxiLabToRGB_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiLabToRGB_32f_C3R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiLabToRGB_32f_P3R(const Tpx32f* const pSrc[3], int srcStep, Tpx32f* const pDst[3], int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiLabToRGB_64f_P3R(const Tpx64f* const pSrc[3], int srcStep, Tpx64f* const pDst[3], int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiLabToRGB_32f_P3R_L(const Tpx32f* const pSrc[3], int64_t srcStep, Tpx32f* const pDst[3], int64_t dstStep,
+    TpxSizeL roiSize);
+TPXCC_API TpxStatus tpxiLabToRGB_64f_P3R_L(const Tpx64f* const pSrc[3], int64_t srcStep, Tpx64f* const pDst[3], int64_t dstStep,
+    TpxSizeL roiSize);
+TPXCC_API TpxStatus tpxiBGRToLab_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToLab_8u16u_C3R(const Tpx8u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiBGRToLab_32f_C3R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiLabToBGR_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiLabToBGR_16u8u_C3R(const Tpx16u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiLabToBGR_32f_C3R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize);
 /* end of XYZ, Lab and LUV conversions */
 
 /* ---- Colour twist and gamma correction ------------------------------ */

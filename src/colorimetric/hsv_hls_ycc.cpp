@@ -6,11 +6,8 @@
 // array and its planes), then the steps (below 1: -16), then the size.
 #include "colorimetric/hsv_hls_ycc.hpp"
 
-#include "frame/check.hpp"
+#include "colorimetric/block_images.hpp"
 #include "frame/cpu.hpp"
-#include "frame/image.hpp"
-#include "frame/rounding.hpp"
-#include "tpxcc.h"
 
 namespace tpx::hls {
 namespace {
@@ -18,41 +15,8 @@ namespace {
 const Rows kRows = TPX_HLS_TABLE;
 const Rows& rows() { return *pick(TierKernels<const Rows*>{&kRows, TPX_X86(&kRowsAvx2), TPX_X86(&kRowsAvx512)}); }
 
-// An image as up to four channel pointers (an interleaved one: its pointer
-// only) sharing one byte step.
-struct Image {
-    const void* c[4];
-    std::ptrdiff_t step;
-};
-template <class T>
-Image pixels(const T* p, std::ptrdiff_t step) {
-    return {{p, nullptr, nullptr, nullptr}, step};
-}
-template <class T>
-Image planes(const T* const* p, int step, int n) {
-    return {{p[0], p[1], p[2], n == 4 ? p[3] : nullptr}, step};
-}
-
-TpxStatus run(const Image& s, const Image& d, TpxSize roi, Row row) {
-    const NearestRounding nearest;
-    for (int y = 0; y < roi.height; ++y) {
-        const void* a[4];
-        void* b[4];
-        for (int i = 0; i < 4; ++i) {
-            a[i] = s.c[i] ? rowAt(static_cast<const uint8_t*>(s.c[i]), s.step, y) : nullptr;
-            b[i] = d.c[i] ? rowAt(const_cast<uint8_t*>(static_cast<const uint8_t*>(d.c[i])), d.step, y) : nullptr;
-        }
-        row(a, b, roi.width);
-    }
-    return tpxStatusOk;
-}
-
-template <class T>
-TpxStatus interleaved(const T* src, int srcStep, T* dst, int dstStep, TpxSize roi, Row row) {
-    TPX_CHECK(check::notNull(src, dst));
-    TPX_CHECK(check::size(roi));
-    return run(pixels(src, elementStep<T>(srcStep)), pixels(dst, elementStep<T>(dstStep)), roi, row);
-}
+using blocks::Image;
+using blocks::interleaved;
 
 // The BGR/HLS members with planes: N planes on the planar side (or sides).
 template <int N>
@@ -60,9 +24,9 @@ TpxStatus entries(const uint8_t*) { return tpxStatusOk; }
 template <int N>
 TpxStatus entries(const uint8_t* const* p) { return check::planes(p, N); }
 template <int N>
-Image imageOf(const uint8_t* p, int step) { return pixels(p, step); }
+Image imageOf(const uint8_t* p, int step) { return blocks::pixels(p, step); }
 template <int N>
-Image imageOf(const uint8_t* const* p, int step) { return planes(p, step, N); }
+Image imageOf(const uint8_t* const* p, int step) { return blocks::planes(p, step, N); }
 
 template <int N, class S, class D>
 TpxStatus withPlanes(S src, int srcStep, D dst, int dstStep, TpxSize roi, Row row) {
@@ -71,7 +35,7 @@ TpxStatus withPlanes(S src, int srcStep, D dst, int dstStep, TpxSize roi, Row ro
     TPX_CHECK(entries<N>(dst));
     TPX_CHECK(check::steps(srcStep, dstStep));
     TPX_CHECK(check::size(roi));
-    return run(imageOf<N>(src, srcStep), imageOf<N>(dst, dstStep), roi, row);
+    return blocks::run(imageOf<N>(src, srcStep), imageOf<N>(dst, dstStep), roi.width, roi.height, row);
 }
 
 }  // namespace

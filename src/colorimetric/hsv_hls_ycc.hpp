@@ -1,18 +1,15 @@
-// HSV, HLS and photo YCC rows, in single precision in the order written
-// below (no fused multiply-add: the build contracts nothing). The rows are
-// plain loops over compile-time channel layouts that hsv_hls_ycc_avx2.cpp
-// and hsv_hls_ycc_avx512.cpp compile for their instruction sets; the
-// operations are the same IEEE ones at every width, so every tier gives the
-// same bits. The bodies have internal linkage: every file keeps its own.
-//
-// The entries round to nearest, ties to even, whatever the caller's
-// rounding mode (frame/rounding.hpp).
+// HSV, HLS and photo YCC, in single precision in the order written below
+// (no fused multiply-add: the build contracts nothing), as block rows
+// (pixel_blocks.hpp) that hsv_hls_ycc_avx2.cpp and hsv_hls_ycc_avx512.cpp
+// compile for their instruction sets.
 //
 // Encodings: 8u and 16u hold 0..1 (hue 0..360 degrees) as 0..F (255 or
 // 65535); 16s as the 16u code less 32768; 32f as 0..1. Integer HLS and YCC
 // members divide by F (IEEE), run the 32f steps and write x * F rounded to
 // nearest (ties to even) and saturated. HSV works on the integer codes.
 #pragma once
+
+#include "colorimetric/pixel_blocks.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -23,16 +20,10 @@
 
 namespace tpx::hls {
 
-using Len = std::ptrdiff_t;
+using blocks::Row;
+using blocks::Trio;
 
-// The conversions, and the flags of a row: source or destination in BGR
-// order, the fourth plane or channel copied from the source.
 enum Op { kToHsv, kFromHsv, kToHls, kFromHls, kToYcc, kFromYcc };
-enum Flags { kSrcBgr = 1, kDstBgr = 2, kCopyFourth = 4 };
-
-// A row: channel pointers in and out (four each; an interleaved image its
-// pointer only), pixels.
-using Row = void (*)(const void* const* s, void* const* d, Len n);
 
 // Every row of the members: element type, source and destination elements
 // per pixel (1: planes), conversion, flags.
@@ -57,10 +48,6 @@ using Row = void (*)(const void* const* s, void* const* d, Len n);
     X(float, 3, 3, kFromYcc, 0) X(float, 4, 4, kFromYcc, 0)
 
 namespace {
-
-struct Trio {
-    float a, b, c;
-};
 
 // Every computation below runs on codes held in floats: whole numbers 0..F
 // (F = 255 or 65535; a 16s sample plus 32768), or the values themselves for
@@ -157,35 +144,14 @@ inline Trio yccToRgb(float Y, float C1, float C2) {
     return {unit(c2 + y), unit((y - 0.194f * c1) - 0.509f * c2), unit(c1 + y)};
 }
 
-// ---- Encodings ------------------------------------------------------------------------------
 template <class T>
 constexpr bool kFloat = std::is_same_v<T, float>;
-template <class T>
-constexpr int kFull = std::is_same_v<T, uint8_t> ? 255 : 65535;
-template <class T>
-constexpr int kBias = std::is_same_v<T, int16_t> ? 32768 : 0;
-
-template <class T>
-inline float codeOf(T v) {
-    if constexpr (kFloat<T>) return v;
-    else return float(int(v) + kBias<T>);
-}
-// A code rounded to nearest and saturated to 0..F, stored (16s: less 32768).
-template <class T>
-inline T stored(float code) {
-    if constexpr (kFloat<T>) {
-        return code;
-    } else {
-        const int r = int(std::nearbyint(code));
-        return T((r < 0 ? 0 : r > kFull<T> ? kFull<T> : r) - kBias<T>);
-    }
-}
 
 // One pixel: codes in, codes out. The integer HLS and YCC members divide the
 // codes by F, run the 32f steps and multiply the results by F.
 template <class T, int O>
 inline Trio convert(float a, float b, float c) {
-    constexpr int F = kFull<T>;
+    constexpr int F = std::is_same_v<T, uint8_t> ? 255 : 65535;
     if constexpr (O == kToHsv) {
         return rgbToHsv<F>(a, b, c);
     } else if constexpr (O == kFromHsv) {
@@ -203,56 +169,10 @@ inline Trio convert(float a, float b, float c) {
     }
 }
 
-// ---- Rows ------------------------------------------------------------------------
-// Channel c of pixel i: planes (K = 1) or interleaved (K = 3, 4); BGR
-// reverses the first three channels or planes.
-constexpr int slot(bool bgr, int c) { return bgr && c < 3 ? 2 - c : c; }
-template <class T, int K, bool Bgr, class P>
-inline T get(const P& p, Len i, int c) {
-    if constexpr (K == 1) return p[slot(Bgr, c)][i];
-    else return p[0][i * K + slot(Bgr, c)];
-}
-template <class T, int K, bool Bgr, class P>
-inline void set(const P& p, Len i, int c, T v) {
-    if constexpr (K == 1) p[slot(Bgr, c)][i] = v;
-    else p[0][i * K + slot(Bgr, c)] = v;
-}
-
-// A row in blocks: the samples to float codes, the conversion, the codes to
-// samples, each a loop of its own over the block. A four-channel destination
-// is written whole: its fourth channel is the source's (flag kCopyFourth) or
-// its own, read back.
-template <class T, int SK, int DK, int O, int Fl>
-void row(const void* const* sv, void* const* dv, Len n) {
-    constexpr Len kBlock = 128;
-    constexpr bool sb = Fl & kSrcBgr, db = Fl & kDstBgr, copy = Fl & kCopyFourth, keep = DK == 4 && !copy;
-    const T* __restrict s[4] = {static_cast<const T*>(sv[0]), static_cast<const T*>(sv[1]),
-                                static_cast<const T*>(sv[2]), static_cast<const T*>(sv[3])};
-    T* __restrict d[4] = {static_cast<T*>(dv[0]), static_cast<T*>(dv[1]), static_cast<T*>(dv[2]), static_cast<T*>(dv[3])};
-    alignas(64) float x0[kBlock], x1[kBlock], x2[kBlock], y0[kBlock], y1[kBlock], y2[kBlock];
-    alignas(64) T w[kBlock];
-    for (Len at = 0; at < n; at += kBlock) {
-        const Len m = std::min(kBlock, n - at);
-        for (Len i = 0; i < m; ++i) {
-            x0[i] = codeOf(get<T, SK, sb>(s, at + i, 0));
-            x1[i] = codeOf(get<T, SK, sb>(s, at + i, 1));
-            x2[i] = codeOf(get<T, SK, sb>(s, at + i, 2));
-            if constexpr (copy) w[i] = get<T, SK, sb>(s, at + i, 3);
-        }
-        if constexpr (keep)
-            for (Len i = 0; i < m; ++i) w[i] = get<T, DK, db>(d, at + i, 3);
-        for (Len i = 0; i < m; ++i) {
-            const Trio o = convert<T, O>(x0[i], x1[i], x2[i]);
-            y0[i] = o.a, y1[i] = o.b, y2[i] = o.c;
-        }
-        for (Len i = 0; i < m; ++i) {
-            set<T, DK, db>(d, at + i, 0, stored<T>(y0[i]));
-            set<T, DK, db>(d, at + i, 1, stored<T>(y1[i]));
-            set<T, DK, db>(d, at + i, 2, stored<T>(y2[i]));
-            if constexpr (copy || keep) set<T, DK, db>(d, at + i, 3, w[i]);
-        }
-    }
-}
+template <class T, int O>
+struct Convert {
+    static Trio apply(float a, float b, float c) { return convert<T, O>(a, b, c); }
+};
 
 }  // namespace
 
@@ -262,7 +182,7 @@ struct Rows {
     TPX_HLS_ROWS(TPX_HLS_FIELD)
 #undef TPX_HLS_FIELD
 };
-#define TPX_HLS_ENTRY(T, SK, DK, O, F) row<T, SK, DK, O, F>,
+#define TPX_HLS_ENTRY(T, SK, DK, O, F) blocks::row<T, T, SK, DK, F, Convert<T, O>>,
 #define TPX_HLS_TABLE {TPX_HLS_ROWS(TPX_HLS_ENTRY)}
 extern const Rows kRowsAvx2, kRowsAvx512;
 

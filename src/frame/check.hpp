@@ -33,6 +33,7 @@ inline TpxStatus planes(const P* const* array, int n) {
 constexpr TpxStatus size(TpxSize roi, int32_t minWidth = 1, int32_t minHeight = 1) {
     return roi.width < minWidth || roi.height < minHeight ? tpxStatusBadSize : tpxStatusOk;
 }
+constexpr TpxStatus size(TpxSizeL roi) { return roi.width < 1 || roi.height < 1 ? tpxStatusBadSize : tpxStatusOk; }
 constexpr TpxStatus width(TpxSize roi, int32_t minWidth = 1) {
     return roi.width < minWidth ? tpxStatusBadSize : tpxStatusOk;
 }

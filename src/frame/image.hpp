@@ -19,8 +19,8 @@ inline T* rowAt(T* base, std::ptrdiff_t step, std::ptrdiff_t y) {
 // The byte distance between rows of T elements for a step in bytes that
 // counts whole elements: an arithmetic shift drops the remainder of a byte
 // count that is not a multiple of the element size.
-template <class T>
-constexpr std::ptrdiff_t elementStep(int step) {
+template <class T, class I>
+constexpr std::ptrdiff_t elementStep(I step) {
     constexpr int shift = sizeof(T) == 1 ? 0 : sizeof(T) == 2 ? 1 : sizeof(T) == 4 ? 2 : 3;
     return std::ptrdiff_t(step >> shift) * std::ptrdiff_t(sizeof(T));
 }

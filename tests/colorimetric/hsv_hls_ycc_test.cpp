@@ -114,39 +114,15 @@ void fromYcc(float Y, float C1, float C2, float out[3]) {
 // ---- The model over the export table ---------------------------------------------------------
 bool has(const Export& e, const char* w) { return std::strstr(e.name, w) != nullptr; }
 
-// Sample c of pixel x in row y as stored: the plane c of planar images.
-struct Side {
-    const Export& e;
-    const Args& a;
-    bool dst;
-    float get(int64_t x, int64_t y, int c) const { return io(x, y, c, nullptr); }
-    void put(int64_t x, int64_t y, int c, float v) const { io(x, y, c, &v); }
-    float io(int64_t x, int64_t y, int c, const float* v) const {
-        const ImageShape& im = dst ? e.shape.dst : e.shape.src;
-        const int eb = elemBytes(im.elem);
-        const bool planar = im.pass == Pass::Planes;
-        const View<uint8_t> p = dst ? out<uint8_t>(e, a, planar ? c : 0) : in<uint8_t>(e, a, planar ? c : 0);
-        const int64_t at = (planar ? x : x * (im.plane[0].unitBytes / eb) + c) * eb;
-        uint8_t* b = p.row0 + y * p.step + at;
-        if (im.elem == Elem::U8) return v ? float(*b = uint8_t(*v)) : float(*b);
-        if (im.elem == Elem::U16) { uint16_t t = v ? uint16_t(*v) : 0; v ? std::memcpy(b, &t, 2) : std::memcpy(&t, b, 2); return t; }
-        if (im.elem == Elem::S16) { int16_t t = v ? int16_t(*v) : 0; v ? std::memcpy(b, &t, 2) : std::memcpy(&t, b, 2); return t; }
-        float t = v ? *v : 0.0f;
-        v ? std::memcpy(b, &t, 4) : std::memcpy(&t, b, 4);
-        return t;
-    }
-};
-
 TpxStatus model(const Export& e, const Args& a) {
     const Elem el = e.shape.src.elem;
     const bool f32 = el == Elem::F32, s16 = el == Elem::S16;
     const float F = el == Elem::U8 ? 255.0f : 65535.0f, bias = s16 ? 32768.0f : 0.0f;
     const bool srcBgr = has(e, "BGRTo"), dstBgr = has(e, "ToBGR"), fourth = has(e, "P4");
-    const Side s{e, a, false}, d{e, a, true};
     for (int64_t y = 0; y < a.height; ++y)
         for (int64_t x = 0; x < a.width; ++x) {
             float v[3], r[3];
-            for (int c = 0; c < 3; ++c) v[c] = s.get(x, y, srcBgr ? 2 - c : c) + bias;  // codes (16s: + 32768)
+            for (int c = 0; c < 3; ++c) v[c] = float(sampleAt(e, a, false, x, y, srcBgr ? 2 - c : c)) + bias;  // codes (16s: + 32768)
             bool codes = true;  // r holds codes (else values 0..1)
             if (has(e, "ToHSV")) toHsv(int(v[0]), int(v[1]), int(v[2]), int(F), F == 255.0f ? 42.5f : 10922.5f, r);
             else if (has(e, "HSVTo")) fromHsv(int(v[0]), int(v[1]), int(v[2]), int(F), r);
@@ -162,9 +138,9 @@ TpxStatus model(const Export& e, const Args& a) {
             }
             for (int c = 0; c < 3; ++c) {
                 const float out = codes ? r[c] : std::clamp(nearestEven(r[c] * F), 0.0f, F);
-                d.put(x, y, dstBgr ? 2 - c : c, f32 ? out : out - bias);
+                put(e, a, x, y, dstBgr ? 2 - c : c, f32 ? out : out - bias);
             }
-            if (fourth) d.put(x, y, 3, s.get(x, y, 3));
+            if (fourth) put(e, a, x, y, 3, sampleAt(e, a, false, x, y, 3));
         }
     return tpxStatusOk;
 }
@@ -175,15 +151,6 @@ TEST(HsvHlsYcc, EveryMemberMatchesModel) {
         if (has(e, "HSV") || has(e, "HLS") || has(e, "YCC")) models.push_back({e.name, model});
     ASSERT_EQ(models.size(), 53u);
     expectModels(models);
-}
-
-// The first pixel's three results of a member given one pixel's three samples.
-template <class T>
-std::vector<double> onePixel(TpxStatus (*f)(const T*, int, T*, int, TpxSize), T a, T b, T c) {
-    const T src[3] = {a, b, c};
-    T dst[3] = {};
-    EXPECT_EQ(f(src, 3 * sizeof(T), dst, 3 * sizeof(T), {1, 1}), tpxStatusOk);
-    return {double(dst[0]), double(dst[1]), double(dst[2])};
 }
 
 TEST(HsvHlsYcc, StatedValues) {

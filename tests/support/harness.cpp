@@ -24,6 +24,14 @@ double sample(Elem e, const uint8_t* p, bool& nan) {
     return 0;
 }
 
+uint8_t* sampleByte(const Export& e, const Args& a, bool dst, int64_t x, int64_t y, int c) {
+    const ImageShape& im = dst || e.shape.inPlace() ? e.shape.dst : e.shape.src;
+    const bool planar = im.pass == Pass::Planes || im.pass == Pass::PlaneSteps;
+    const View<uint8_t> v = dst ? out<uint8_t>(e, a, planar ? c : 0) : in<uint8_t>(e, a, planar ? c : 0);
+    const int eb = elemBytes(im.elem);
+    return v.row0 + y * v.step + (planar ? x : x * (im.plane[0].unitBytes / eb) + c) * eb;
+}
+
 // Destination plane p of `got` against `want`: the samples of the ROI rows
 // within the tolerance, every other byte identical.
 ::testing::AssertionResult samePlane(const Export& e, Buffers& got, Buffers& want, int p, double tolerance) {
@@ -60,6 +68,26 @@ double sample(Elem e, const uint8_t* p, bool& nan) {
 }
 
 }  // namespace
+
+double sampleAt(const Export& e, const Args& a, bool dst, int64_t x, int64_t y, int c) {
+    bool nan;
+    return sample(dst ? e.shape.dst.elem : e.shape.inPlace() ? e.shape.dst.elem : e.shape.src.elem,
+                  sampleByte(e, a, dst, x, y, c), nan);
+}
+
+void put(const Export& e, const Args& a, int64_t x, int64_t y, int c, double v) {
+    uint8_t* p = sampleByte(e, a, true, x, y, c);
+    auto store = [p](auto t) { std::memcpy(p, &t, sizeof t); };
+    switch (e.shape.dst.elem) {
+        case Elem::U8: store(uint8_t(v)); break;
+        case Elem::U16: store(uint16_t(v)); break;
+        case Elem::S16: store(int16_t(v)); break;
+        case Elem::U32: store(uint32_t(v)); break;
+        case Elem::S32: store(int32_t(v)); break;
+        case Elem::F32: store(float(v)); break;
+        case Elem::F64: store(v); break;
+    }
+}
 
 void expectModelOn(const Model& m, const Export& e, const Buffers& prepared, const std::string& what) {
     Buffers got(prepared), want(prepared);

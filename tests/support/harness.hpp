@@ -67,6 +67,22 @@ View<T> out(const Export& e, const Args& a, int p) {
     return {static_cast<uint8_t*>(a.dst[p]), effectiveStep(im, a.dstStep[q])};
 }
 
+// Sample c of pixel x in row y as a number: channel c of an interleaved
+// image, plane c of a planar one; of the source (or, in place, the image) or
+// the destination. put() stores v in the element type (floats as they are,
+// integers truncated: the caller rounds and saturates).
+double sampleAt(const Export& e, const Args& a, bool dst, int64_t x, int64_t y, int c);
+void put(const Export& e, const Args& a, int64_t x, int64_t y, int c, double v);
+
+// The three results of an interleaved three-channel member for one pixel.
+template <class S, class D = S>
+std::vector<double> onePixel(TpxStatus (*f)(const S*, int, D*, int, TpxSize), S a, S b, S c) {
+    const S src[3] = {a, b, c};
+    D dst[3] = {};
+    if (f(src, 3 * int(sizeof(S)), dst, 3 * int(sizeof(D)), {1, 1}) != tpxStatusOk) return {};
+    return {double(dst[0]), double(dst[1]), double(dst[2])};
+}
+
 // Each check of `e` alone and every ordered pair of them on the valid
 // arguments of a small image: the call answers with the status of the first
 // fault in the member's order and writes nothing.
