@@ -748,6 +748,75 @@ TPXCC_API TpxStatus tpxiLabToBGR_32f_C3R(const Tpx32f* pSrc, int srcStep, Tpx32f
 /* end of XYZ, Lab and LUV conversions */
 
 /* ---- Colour twist and gamma correction ------------------------------ */
+/* Steps are signed byte counts (whole elements of them for 16-bit and float samples); sources, then
+ * destinations, the ROI, then the family's own arguments. */
+/* ---- colour twist ---- */
+/* twist: 3 rows x 4 columns, row-major, row i gives output channel i (C4R: 4 x 4, no constant). */
+/* Planar (P3) members: three plane pointers sharing ONE step, as the other 4:4:4 planar families. */
+TPXCC_API TpxStatus tpxiColorTwist_32f_C3R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+TPXCC_API TpxStatus tpxiColorTwist_32f_AC4R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+TPXCC_API TpxStatus tpxiColorTwist_32f_P3R(const Tpx32f* const pSrc[3], int srcStep, Tpx32f* const pDst[3], int dstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+TPXCC_API TpxStatus tpxiColorTwist_32f_C3IR(Tpx32f* pSrcDst, int srcDstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+TPXCC_API TpxStatus tpxiColorTwist_32f_AC4IR(Tpx32f* pSrcDst, int srcDstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+TPXCC_API TpxStatus tpxiColorTwist_32f_IP3R(Tpx32f* const pSrcDst[3], int srcDstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+TPXCC_API TpxStatus tpxiColorTwist_32f_C4R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize, const Tpx32f twist[4][4]);
+TPXCC_API TpxStatus tpxiColorTwist32f_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+TPXCC_API TpxStatus tpxiColorTwist32f_8u_AC4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+TPXCC_API TpxStatus tpxiColorTwist32f_8u_P3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* const pDst[3], int dstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+TPXCC_API TpxStatus tpxiColorTwist32f_8u_C3IR(Tpx8u* pSrcDst, int srcDstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+TPXCC_API TpxStatus tpxiColorTwist32f_8u_AC4IR(Tpx8u* pSrcDst, int srcDstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+TPXCC_API TpxStatus tpxiColorTwist32f_8u_IP3R(Tpx8u* const pSrcDst[3], int srcDstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+TPXCC_API TpxStatus tpxiColorTwist32f_16u_C3R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+TPXCC_API TpxStatus tpxiColorTwist32f_16u_AC4R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+TPXCC_API TpxStatus tpxiColorTwist32f_16u_P3R(const Tpx16u* const pSrc[3], int srcStep, Tpx16u* const pDst[3], int dstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+TPXCC_API TpxStatus tpxiColorTwist32f_16u_C3IR(Tpx16u* pSrcDst, int srcDstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+TPXCC_API TpxStatus tpxiColorTwist32f_16u_AC4IR(Tpx16u* pSrcDst, int srcDstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+TPXCC_API TpxStatus tpxiColorTwist32f_16u_IP3R(Tpx16u* const pSrcDst[3], int srcDstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+TPXCC_API TpxStatus tpxiColorTwist32f_16s_C3R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+TPXCC_API TpxStatus tpxiColorTwist32f_16s_AC4R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+TPXCC_API TpxStatus tpxiColorTwist32f_16s_P3R(const Tpx16s* const pSrc[3], int srcStep, Tpx16s* const pDst[3], int dstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+TPXCC_API TpxStatus tpxiColorTwist32f_16s_C3IR(Tpx16s* pSrcDst, int srcDstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+TPXCC_API TpxStatus tpxiColorTwist32f_16s_AC4IR(Tpx16s* pSrcDst, int srcDstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+TPXCC_API TpxStatus tpxiColorTwist32f_16s_IP3R(Tpx16s* const pSrcDst[3], int srcDstStep, TpxSize roiSize, const Tpx32f twist[3][4]);
+
+/* ---- gamma correction ---- */
+/* Planar (P3) members: three plane pointers sharing ONE step. 32f members: vMin, vMax after the size. */
+TPXCC_API TpxStatus tpxiGammaFwd_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaFwd_8u_AC4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaFwd_8u_P3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* const pDst[3], int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaFwd_8u_C3IR(Tpx8u* pSrcDst, int srcDstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaFwd_8u_AC4IR(Tpx8u* pSrcDst, int srcDstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaFwd_8u_IP3R(Tpx8u* const pSrcDst[3], int srcDstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaFwd_16u_C3R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaFwd_16u_AC4R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaFwd_16u_P3R(const Tpx16u* const pSrc[3], int srcStep, Tpx16u* const pDst[3], int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaFwd_16u_C3IR(Tpx16u* pSrcDst, int srcDstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaFwd_16u_AC4IR(Tpx16u* pSrcDst, int srcDstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaFwd_16u_IP3R(Tpx16u* const pSrcDst[3], int srcDstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaFwd_32f_C3R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize, Tpx32f vMin, Tpx32f vMax);
+TPXCC_API TpxStatus tpxiGammaFwd_32f_AC4R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize, Tpx32f vMin, Tpx32f vMax);
+TPXCC_API TpxStatus tpxiGammaFwd_32f_P3R(const Tpx32f* const pSrc[3], int srcStep, Tpx32f* const pDst[3], int dstStep, TpxSize roiSize, Tpx32f vMin, Tpx32f vMax);
+TPXCC_API TpxStatus tpxiGammaFwd_32f_C3IR(Tpx32f* pSrcDst, int srcDstStep, TpxSize roiSize, Tpx32f vMin, Tpx32f vMax);
+TPXCC_API TpxStatus tpxiGammaFwd_32f_AC4IR(Tpx32f* pSrcDst, int srcDstStep, TpxSize roiSize, Tpx32f vMin, Tpx32f vMax);
+TPXCC_API TpxStatus tpxiGammaFwd_32f_IP3R(Tpx32f* const pSrcDst[3], int srcDstStep, TpxSize roiSize, Tpx32f vMin, Tpx32f vMax);
+TPXCC_API TpxStatus tpxiGammaInv_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaInv_8u_AC4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaInv_8u_P3R(const Tpx8u* const pSrc[3], int srcStep, Tpx8u* const pDst[3], int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaInv_8u_C3IR(Tpx8u* pSrcDst, int srcDstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaInv_8u_AC4IR(Tpx8u* pSrcDst, int srcDstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaInv_8u_IP3R(Tpx8u* const pSrcDst[3], int srcDstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaInv_16u_C3R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaInv_16u_AC4R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaInv_16u_P3R(const Tpx16u* const pSrc[3], int srcStep, Tpx16u* const pDst[3], int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaInv_16u_C3IR(Tpx16u* pSrcDst, int srcDstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaInv_16u_AC4IR(Tpx16u* pSrcDst, int srcDstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaInv_16u_IP3R(Tpx16u* const pSrcDst[3], int srcDstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiGammaInv_32f_C3R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize, Tpx32f vMin, Tpx32f vMax);
+TPXCC_API TpxStatus tpxiGammaInv_32f_AC4R(const Tpx32f* pSrc, int srcStep, Tpx32f* pDst, int dstStep, TpxSize roiSize, Tpx32f vMin, Tpx32f vMax);
+TPXCC_API TpxStatus tpxiGammaInv_32f_P3R(const Tpx32f* const pSrc[3], int srcStep, Tpx32f* const pDst[3], int dstStep, TpxSize roiSize, Tpx32f vMin, Tpx32f vMax);
+TPXCC_API TpxStatus tpxiGammaInv_32f_C3IR(Tpx32f* pSrcDst, int srcDstStep, TpxSize roiSize, Tpx32f vMin, Tpx32f vMax);
+TPXCC_API TpxStatus tpxiGammaInv_32f_AC4IR(Tpx32f* pSrcDst, int srcDstStep, TpxSize roiSize, Tpx32f vMin, Tpx32f vMax);
+TPXCC_API TpxStatus tpxiGammaInv_32f_IP3R(Tpx32f* const pSrcDst[3], int srcDstStep, TpxSize roiSize, Tpx32f vMin, Tpx32f vMax);
 /* end of colour twist and gamma correction */
 
 /* ---- Bit-depth reduction with dithering, tone mapping --------------- */

@@ -6,7 +6,7 @@
 // array and its planes), then the steps (below 1: -16), then the size.
 #include "colorimetric/hsv_hls_ycc.hpp"
 
-#include "colorimetric/block_images.hpp"
+#include "frame/block_images.hpp"
 #include "frame/cpu.hpp"
 
 namespace tpx::hls {

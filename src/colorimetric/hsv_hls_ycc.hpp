@@ -9,7 +9,7 @@
 // nearest (ties to even) and saturated. HSV works on the integer codes.
 #pragma once
 
-#include "colorimetric/pixel_blocks.hpp"
+#include "frame/pixel_blocks.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -170,8 +170,8 @@ inline Trio convert(float a, float b, float c) {
 }
 
 template <class T, int O>
-struct Convert {
-    static Trio apply(float a, float b, float c) { return convert<T, O>(a, b, c); }
+struct Convert : blocks::Fixed {
+    static Trio apply(const State&, float a, float b, float c) { return convert<T, O>(a, b, c); }
 };
 
 }  // namespace

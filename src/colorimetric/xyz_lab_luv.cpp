@@ -5,7 +5,7 @@
 // the _L ones.
 #include "colorimetric/xyz_lab_luv.hpp"
 
-#include "colorimetric/block_images.hpp"
+#include "frame/block_images.hpp"
 #include "frame/cpu.hpp"
 
 namespace tpx::cie {

@@ -14,7 +14,7 @@
 //   16s: the 16u code less 32768.
 #pragma once
 
-#include "colorimetric/pixel_blocks.hpp"
+#include "frame/pixel_blocks.hpp"
 
 #include <cmath>
 
@@ -208,8 +208,8 @@ inline Trio fromLuv(float a, float b, float c) {
 
 // ---- One pixel: source codes to destination codes -------------------------------------------
 template <class S, class D, int O>
-struct Convert {
-    static Trio apply(float a, float b, float c) {
+struct Convert : blocks::Fixed {
+    static Trio apply(const State&, float a, float b, float c) {
         if constexpr (O == kToXyz) {
             return trio(toXyz(a, b, c));
         } else if constexpr (O == kFromXyz) {
@@ -230,7 +230,7 @@ struct Convert {
 
 // 64f planar Lab: the formulas in double precision.
 template <int O>
-void row64(const void* const* sv, void* const* dv, Len n) {
+void row64(const void* const* sv, void* const* dv, Len n, const void*) {
     const double *r = static_cast<const double*>(sv[0]), *g = static_cast<const double*>(sv[1]),
                  *b = static_cast<const double*>(sv[2]);
     double *x = static_cast<double*>(dv[0]), *y = static_cast<double*>(dv[1]), *z = static_cast<double*>(dv[2]);

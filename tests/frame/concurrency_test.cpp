@@ -52,6 +52,7 @@ TEST(Concurrency, ExportsCalledFromManyThreadsMatchLoneCalls) {
             for (int round = 0; round < kRounds; ++round)
                 for (size_t k = 0; k < n; ++k) {
                     const size_t i = (k + size_t(t) * 29) % n;  // every thread in its own order
+                    if (round > 0 && table[i].shape.inPlace()) continue;  // converts its own result again
                     status[size_t(t)][i] = table[i].call(mine[size_t(t)][i]->args);
                 }
         });

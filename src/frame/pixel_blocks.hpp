@@ -8,7 +8,8 @@
 // Codes: a sample as a float, a 16s sample plus 32768 (so 0..65535); 32f
 // samples as they are. Stored back: rounded to nearest (ties to even, under
 // the entries' NearestRounding guard) and saturated to 0..F, less 32768 for
-// 16s; NaN stores 0.
+// 16s; NaN stores 0. Conversions whose Op sets kRaw take 16s samples as
+// they are and saturate them to -32768..32767.
 #pragma once
 
 #include <algorithm>
@@ -22,8 +23,9 @@ namespace tpx::blocks {
 using Len = std::ptrdiff_t;
 
 // A row: channel pointers in and out (four each: the planes of a planar
-// image, an interleaved image's pointer first), pixels.
-using Row = void (*)(const void* const* s, void* const* d, Len n);
+// image, an interleaved image's pointer first), pixels, and the
+// conversion's arguments (a matrix; null for most).
+using Row = void (*)(const void* const* s, void* const* d, Len n, const void* args);
 
 // Flags of a row: source or destination in BGR order (the first three
 // channels or planes reversed), the fourth plane or channel copied from the
@@ -34,27 +36,36 @@ struct Trio {
     float a, b, c;
 };
 
+// What an Op without arguments derives from: its per-row state is empty.
+struct Fixed {
+    static constexpr bool kRaw = false;
+    struct State {
+        explicit State(const void*) {}
+    };
+};
+
 namespace {
 
 template <class T>
 constexpr bool kFloat = std::is_floating_point_v<T>;
 template <class T>
 constexpr int kFull = std::is_same_v<T, uint8_t> ? 255 : 65535;
-template <class T>
-constexpr int kBias = std::is_same_v<T, int16_t> ? 32768 : 0;
+template <class T, bool Raw = false>
+constexpr int kBias = std::is_same_v<T, int16_t> && !Raw ? 32768 : 0;
 
-template <class T>
+template <class T, bool Raw = false>
 inline float codeOf(T v) {
     if constexpr (kFloat<T>) return v;
-    else return float(int(v) + kBias<T>);
+    else return float(int(v) + kBias<T, Raw>);
 }
-template <class T>
+template <class T, bool Raw = false>
 inline T stored(float code) {
     if constexpr (kFloat<T>) {
         return code;
     } else {
-        const float r = std::nearbyint(code), full = float(kFull<T>);
-        return T(int(r >= 0.0f ? (r <= full ? r : full) : 0.0f) - kBias<T>);
+        constexpr bool raw16s = Raw && std::is_same_v<T, int16_t>;
+        const float r = std::nearbyint(code), lo = raw16s ? -32768.0f : 0.0f, hi = raw16s ? 32767.0f : float(kFull<T>);
+        return T(int(r >= lo ? (r <= hi ? r : hi) : lo) - kBias<T, Raw>);
     }
 }
 
@@ -72,37 +83,40 @@ inline void set(const P& p, Len i, int c, T v) {
 }
 
 // Source elements S of SK per pixel (1: planes), destination D of DK, flags;
-// Op::apply(a, b, c) maps three source codes to three destination codes. A
-// four-channel destination is written whole: its fourth channel is the
-// source's (kCopyFourth) or its own, read back.
+// Op::apply(state, a, b, c) maps three source codes to three destination
+// codes. A four-channel destination is written whole: its fourth channel is
+// the source's (kCopyFourth) or its own, read back. Every block is read
+// before it is written, so the source may be the destination (in place).
 template <class S, class D, int SK, int DK, int Fl, class Op>
-void row(const void* const* sv, void* const* dv, Len n) {
+void row(const void* const* sv, void* const* dv, Len n, const void* args) {
     constexpr Len kBlock = 128;
     constexpr bool sb = Fl & kSrcBgr, db = Fl & kDstBgr, copy = Fl & kCopyFourth, keep = DK == 4 && !copy;
+    constexpr bool raw = Op::kRaw;
     static_assert(!copy || std::is_same_v<S, D>, "a copied fourth channel has one type");
-    const S* __restrict s[4] = {static_cast<const S*>(sv[0]), static_cast<const S*>(sv[1]),
-                                static_cast<const S*>(sv[2]), static_cast<const S*>(sv[3])};
-    D* __restrict d[4] = {static_cast<D*>(dv[0]), static_cast<D*>(dv[1]), static_cast<D*>(dv[2]), static_cast<D*>(dv[3])};
+    const S* s[4] = {static_cast<const S*>(sv[0]), static_cast<const S*>(sv[1]), static_cast<const S*>(sv[2]),
+                     static_cast<const S*>(sv[3])};
+    D* d[4] = {static_cast<D*>(dv[0]), static_cast<D*>(dv[1]), static_cast<D*>(dv[2]), static_cast<D*>(dv[3])};
+    const typename Op::State state(args);
     alignas(64) float x0[kBlock], x1[kBlock], x2[kBlock], y0[kBlock], y1[kBlock], y2[kBlock];
     alignas(64) D w[kBlock];
     for (Len at = 0; at < n; at += kBlock) {
         const Len m = std::min(kBlock, n - at);
         for (Len i = 0; i < m; ++i) {
-            x0[i] = codeOf(get<S, SK, sb>(s, at + i, 0));
-            x1[i] = codeOf(get<S, SK, sb>(s, at + i, 1));
-            x2[i] = codeOf(get<S, SK, sb>(s, at + i, 2));
+            x0[i] = codeOf<S, raw>(get<S, SK, sb>(s, at + i, 0));
+            x1[i] = codeOf<S, raw>(get<S, SK, sb>(s, at + i, 1));
+            x2[i] = codeOf<S, raw>(get<S, SK, sb>(s, at + i, 2));
             if constexpr (copy) w[i] = D(get<S, SK, sb>(s, at + i, 3));
         }
         if constexpr (keep)
             for (Len i = 0; i < m; ++i) w[i] = get<D, DK, db>(d, at + i, 3);
         for (Len i = 0; i < m; ++i) {
-            const Trio o = Op::apply(x0[i], x1[i], x2[i]);
+            const Trio o = Op::apply(state, x0[i], x1[i], x2[i]);
             y0[i] = o.a, y1[i] = o.b, y2[i] = o.c;
         }
         for (Len i = 0; i < m; ++i) {
-            set<D, DK, db>(d, at + i, 0, stored<D>(y0[i]));
-            set<D, DK, db>(d, at + i, 1, stored<D>(y1[i]));
-            set<D, DK, db>(d, at + i, 2, stored<D>(y2[i]));
+            set<D, DK, db>(d, at + i, 0, stored<D, raw>(y0[i]));
+            set<D, DK, db>(d, at + i, 1, stored<D, raw>(y1[i]));
+            set<D, DK, db>(d, at + i, 2, stored<D, raw>(y2[i]));
             if constexpr (copy || keep) set<D, DK, db>(d, at + i, 3, w[i]);
         }
     }

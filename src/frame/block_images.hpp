@@ -2,7 +2,7 @@
 // forms they share.
 #pragma once
 
-#include "colorimetric/pixel_blocks.hpp"
+#include "frame/pixel_blocks.hpp"
 #include "frame/check.hpp"
 #include "frame/image.hpp"
 #include "frame/rounding.hpp"
@@ -28,7 +28,8 @@ Image planes(const T* const* p, std::ptrdiff_t step, int n) {
 }
 
 // `row` over every row, rounding to nearest whatever the caller's mode.
-inline TpxStatus run(const Image& s, const Image& d, int64_t width, int64_t height, Row row) {
+inline TpxStatus run(const Image& s, const Image& d, int64_t width, int64_t height, Row row,
+                     const void* args = nullptr) {
     const NearestRounding nearest;
     for (int64_t y = 0; y < height; ++y) {
         const void* a[4];
@@ -37,7 +38,7 @@ inline TpxStatus run(const Image& s, const Image& d, int64_t width, int64_t heig
             a[i] = s.c[i] ? rowAt(static_cast<const uint8_t*>(s.c[i]), s.step, y) : nullptr;
             b[i] = d.c[i] ? rowAt(const_cast<uint8_t*>(static_cast<const uint8_t*>(d.c[i])), d.step, y) : nullptr;
         }
-        row(a, b, width);
+        row(a, b, width, args);
     }
     return tpxStatusOk;
 }
