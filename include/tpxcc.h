@@ -820,6 +820,51 @@ TPXCC_API TpxStatus tpxiGammaInv_32f_IP3R(Tpx32f* const pSrcDst[3], int srcDstSt
 /* end of colour twist and gamma correction */
 
 /* ---- Bit-depth reduction with dithering, tone mapping --------------- */
+/* Steps are signed byte counts (whole elements of them for 16-bit and float samples); sources, then
+ * destinations, the ROI, then the family's own arguments. */
+/* ---- bit-depth reduction with dithering ---- */
+/* ditherType: 0 none, 1 Floyd-Steinberg, 2 Jarvis-Judice-Ninke, 3 Stucki, 4 ordered (a plain int).
+ * pBuffer: the caller's work buffer of tpxiReduceBitsGetBufferSize bytes, taken as bytes (Tpx8u*). */
+/* chanLayout: the channel-layout code (1, 3, 4 or 9); pBufferSize receives the size in bytes. */
+TPXCC_API TpxStatus tpxiReduceBitsGetBufferSize(int chanLayout, int width, int noise, int ditherType, int* pBufferSize);
+TPXCC_API TpxStatus tpxiReduceBits_8u_C1R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_8u_C3R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_8u_C4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_8u_AC4R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_16u_C1R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_16u_C3R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_16u_C4R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_16u_AC4R(const Tpx16u* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_16s_C1R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_16s_C3R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_16s_C4R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_16s_AC4R(const Tpx16s* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_16u8u_C1R(const Tpx16u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_16u8u_C3R(const Tpx16u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_16u8u_C4R(const Tpx16u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_16u8u_AC4R(const Tpx16u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_16s8u_C1R(const Tpx16s* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_16s8u_C3R(const Tpx16s* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_16s8u_C4R(const Tpx16s* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_16s8u_AC4R(const Tpx16s* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_32f8u_C1R(const Tpx32f* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_32f8u_C3R(const Tpx32f* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_32f8u_C4R(const Tpx32f* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_32f8u_AC4R(const Tpx32f* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_32f16u_C1R(const Tpx32f* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_32f16u_C3R(const Tpx32f* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_32f16u_C4R(const Tpx32f* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_32f16u_AC4R(const Tpx32f* pSrc, int srcStep, Tpx16u* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_32f16s_C1R(const Tpx32f* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_32f16s_C3R(const Tpx32f* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_32f16s_C4R(const Tpx32f* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+TPXCC_API TpxStatus tpxiReduceBits_32f16s_AC4R(const Tpx32f* pSrc, int srcStep, Tpx16s* pDst, int dstStep, TpxSize roiSize, int noise, int ditherType, int levels, Tpx8u* pBuffer);
+/* The int32 after noise (accepted, not used) is named `reserved`; the threshold is passed as Tpx8u. */
+TPXCC_API TpxStatus tpxiReduceBits_8u1u_C1R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep, int dstBitOffset, TpxSize roiSize, int noise, int reserved, int ditherType, Tpx8u threshold, Tpx8u* pBuffer);
+
+/* ---- tone mapping ---- */
+TPXCC_API TpxStatus tpxiToneMapLinear_32f8u_C1R(const Tpx32f* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
+TPXCC_API TpxStatus tpxiToneMapMean_32f8u_C1R(const Tpx32f* pSrc, int srcStep, Tpx8u* pDst, int dstStep, TpxSize roiSize);
 /* end of bit-depth reduction and tone mapping */
 
 #ifdef __cplusplus

@@ -1,0 +1,274 @@
+// Bit-depth reduction entries and the sequential kernels (error diffusion,
+// noise, the one-bit member). Checks: null pointers, the size, noise > 100
+// (-55), levels outside 2..256 (-54), dither type > 4 (-224), then a null
+// work buffer where the kernel needs it (-8). Steps count whole elements.
+#include "tone/reduce_bits.hpp"
+
+#include "frame/check.hpp"
+#include "frame/cpu.hpp"
+#include "frame/image.hpp"
+#include "tpxcc.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace tpx::reduce {
+
+Quant quantFor(int levels, float D) {
+    static const int kMatrix[4][4] = {{0, 8, 2, 10}, {12, 4, 14, 6}, {3, 11, 1, 9}, {15, 7, 13, 5}};
+    Quant q;
+    q.L = float(levels - 1);
+    q.rL = 1.0f / q.L;
+    q.halfStep0 = 0.5f * q.rL;
+    q.D = D;
+    q.step = D / q.L;
+    q.inv = q.L * (1.0f / D);
+    for (int r = 0; r < 4; ++r)
+        for (int c = 0; c < 4; ++c) q.threshold[r][c] = float(kMatrix[r][c]) / 15.0f * q.step;
+    return q;
+}
+
+namespace {
+
+const Rows kRows = TPX_REDUCE_TABLE;
+const Rows& rows() { return *pick(TierKernels<const Rows*>{&kRows, TPX_X86(&kRowsAvx2), TPX_X86(&kRowsAvx512)}); }
+
+uint8_t* aligned64(uint8_t* p) { return p + (64 - reinterpret_cast<uintptr_t>(p) % 64) % 64; }
+
+// Bytes of error lines a type keeps: two of W + 2 floats, or three of W + 4.
+int64_t lineBytes(int type, int64_t width) { return type == 1 ? 8 * width + 16 : type == 2 || type == 3 ? 12 * width + 48 : 0; }
+
+// The noise generator: xorshift32, its state in the work buffer.
+class Noise {
+public:
+    Noise(uint8_t* home, float amplitude) : home_(home), amplitude_(amplitude) { std::memcpy(home_, &kSeed, 4); }
+    ~Noise() { std::memcpy(home_, &state_, 4); }
+    Noise(const Noise&) = delete;
+    Noise& operator=(const Noise&) = delete;
+    // (r - 0.5) x amplitude, r in [0, 1); 0 without noise.
+    float next() {
+        if (amplitude_ == 0.0f) return 0.0f;
+        state_ ^= state_ << 13, state_ ^= state_ >> 17, state_ ^= state_ << 5;
+        return (float(state_ >> 8) * (1.0f / 16777216.0f) - 0.5f) * amplitude_;
+    }
+
+private:
+    static constexpr uint32_t kSeed = 0x9E3779B9u;
+    uint8_t* home_;
+    float amplitude_;
+    uint32_t state_ = kSeed;
+};
+
+template <class T>
+struct Image {
+    T* p;
+    std::ptrdiff_t step;
+    T* row(int64_t y) const { return rowAt(p, step, y); }
+};
+
+// Error-diffusion weights gathered by a pixel: the current row at x-1, x-2;
+// the row above and the one before at x-2 .. x+2.
+struct Kernel {
+    float left[2], above[5], before[5], scale;
+    int reach;  // guard samples on each side of a line (1 or 2)
+};
+constexpr Kernel kKernels[4] = {
+    {},
+    {{7, 0}, {0, 1, 5, 3, 0}, {0, 0, 0, 0, 0}, 0.0625f, 1},
+    {{7, 5}, {3, 5, 7, 5, 3}, {1, 3, 5, 3, 1}, float(1.0 / 48), 2},
+    {{8, 4}, {2, 4, 8, 4, 2}, {1, 2, 4, 2, 1}, float(1.0 / 42), 2},
+};
+
+// Channel c of an image of K samples per pixel, diffused as an image of its own.
+template <class S, class D, int K, int Type, bool Noisy>
+void diffuse(Image<const S> src, Image<D> dst, int64_t w, int64_t h, int c, const Quant& q, float* lines, Noise& noise) {
+    constexpr Kernel k = kKernels[Type];
+    constexpr int g = k.reach, span = 2 * g;
+    const int64_t stride = w + span;
+    std::fill(lines, lines + (g == 1 ? 2 : 3) * stride, 0.0f);
+    float *cur = lines, *above = lines + stride, *before = g == 2 ? lines + 2 * stride : nullptr;
+    for (int64_t y = 0; y < h; ++y) {
+        const S* s = src.row(y);
+        D* d = dst.row(y);
+        for (int64_t x = 0; x < w; ++x) {
+            const int64_t i = x + g;
+            // The rows above first: only the last terms wait for this row's errors.
+            float sum = k.above[2 - g] * above[i - g];
+            for (int j = 1 - g; j <= g; ++j) sum = sum + k.above[j + 2] * above[i + j];
+            if constexpr (g == 2)
+                for (int j = -2; j <= 2; ++j) sum = sum + k.before[j + 2] * before[i + j];
+            if constexpr (g == 2) sum = sum + k.left[1] * cur[i - 2];
+            sum = sum + k.left[0] * cur[i - 1];
+            const float v0 = domain<S, D>(s[K * x + c]) + sum * k.scale, v = Noisy ? v0 + noise.next() : v0;
+            float err = 0.0f, out;
+            if (v >= q.D) {
+                out = q.D;
+            } else if (v < 0.0f) {
+                out = 0.0f;
+            } else {
+                // 0 <= v < D here, so v inv lies in 0..L: the integer conversion truncates it.
+                float r = float(int32_t(v * q.inv)) * q.step;
+                r = q.step * 0.5f < v - r ? r + q.step : r;
+                err = v - r;
+                out = r;
+            }
+            cur[i] = err;
+            d[K * x + c] = saturated<D>(out);
+        }
+        if constexpr (g == 1) {
+            std::swap(cur, above);
+        } else {
+            float* reuse = before;
+            before = above, above = cur, cur = reuse;
+        }
+    }
+}
+
+// Ordered dither with noise: every sample in memory order, one draw each.
+template <class S, class D, int K>
+void orderedNoise(Image<const S> src, Image<D> dst, int64_t w, int64_t h, int channels, const Quant& q, Noise& noise) {
+    for (int64_t y = 0; y < h; ++y)
+        for (int64_t x = 0; x < w; ++x)
+            for (int c = 0; c < channels; ++c) {
+                const float v = domain<S, D>(src.row(y)[K * x + c]) + noise.next();
+                float r = truncated(v * q.inv) * q.step;
+                r = q.threshold[y & 3][x & 3] < v - r ? r + q.step : r;
+                dst.row(y)[K * x + c] = saturated<D>(r);
+            }
+}
+
+// K: samples per pixel (5: four with the fourth kept).
+template <class S, class D, int K>
+TpxStatus reduceBits(const S* src, int srcStep, D* dst, int dstStep, TpxSize roi, int noise, int type, int levels,
+                     uint8_t* buffer) {
+    TPX_CHECK(check::notNull(src, dst));
+    TPX_CHECK(check::size(roi));
+    TPX_CHECK(check::failIf(unsigned(noise) > 100, tpxStatusBadNoise));
+    TPX_CHECK(check::failIf(levels < 2 || levels > 256, tpxStatusBadLevels));
+    TPX_CHECK(check::failIf(unsigned(type) > 4, tpxStatusBadDitherType));
+    const bool diffusion = type >= 1 && type <= 3, withNoise = type != 0 && noise != 0;
+    TPX_CHECK(check::failIf((diffusion || withNoise) && !buffer, tpxStatusNullPtr));
+    constexpr int pixel = K == 5 ? 4 : K, channels = K == 5 ? 3 : K;
+    const Quant q = quantFor(levels, kFull<D>);
+    const Image<const S> s{src, elementStep<S>(srcStep)};
+    const Image<D> d{dst, elementStep<D>(dstStep)};
+    if (!diffusion && !withNoise) {
+        const Rows& r = rows();
+        Row pickRow = nullptr;  // this member's row of the type
+#define X(S_, D_, K_, O_)                                                                                  \
+    if (std::is_same_v<S, S_> && std::is_same_v<D, D_> && K == K_ && (type == 0 ? 0 : 4) == O_) pickRow = r.r_##S_##_##D_##_##K_##_##O_;
+        TPX_REDUCE_ROWS(X)
+#undef X
+        for (int64_t y = 0; y < roi.height; ++y) pickRow(s.row(y), d.row(y), roi.width, q, y);
+        return tpxStatusOk;
+    }
+    uint8_t* work = aligned64(buffer);
+    Noise gen(work + lineBytes(type, roi.width), float(noise) / 100.0f * q.step);
+    float* lines = reinterpret_cast<float*>(work);
+    using Diffuse = void (*)(Image<const S>, Image<D>, int64_t, int64_t, int, const Quant&, float*, Noise&);
+    static constexpr Diffuse kDiffuse[2][4] = {
+        {nullptr, diffuse<S, D, pixel, 1, false>, diffuse<S, D, pixel, 2, false>, diffuse<S, D, pixel, 3, false>},
+        {nullptr, diffuse<S, D, pixel, 1, true>, diffuse<S, D, pixel, 2, true>, diffuse<S, D, pixel, 3, true>}};
+    for (int c = 0; c < (diffusion ? channels : 0); ++c)
+        kDiffuse[noise != 0][type](s, d, roi.width, roi.height, c, q, lines, gen);
+    if (type == 4) orderedNoise<S, D, pixel>(s, d, roi.width, roi.height, channels, q, gen);
+    return tpxStatusOk;
+}
+
+// The one-bit member's Stucki path: samples scaled by 8192 in 32-bit integers.
+void stuckiBits(Image<const uint8_t> src, Image<uint8_t> dst, int64_t offset, int64_t w, int64_t h, int threshold,
+                int32_t* lines) {
+    constexpr int32_t kLeft[2] = {8, 4}, kAbove[5] = {2, 4, 8, 4, 2}, kBefore[5] = {1, 2, 4, 2, 1};
+    const int64_t stride = w + 4;
+    std::fill(lines, lines + 3 * stride, 0);
+    int32_t *cur = lines, *above = lines + stride, *before = lines + 2 * stride;
+    for (int64_t y = 0; y < h; ++y) {
+        const uint8_t* s = src.row(y);
+        uint8_t* d = dst.row(y);
+        for (int64_t x = 0; x < w; ++x) {
+            const int64_t i = x + 2;
+            int32_t sum = kLeft[0] * cur[i - 1] + kLeft[1] * cur[i - 2];
+            for (int j = -2; j <= 2; ++j) sum += kAbove[j + 2] * above[i + j] + kBefore[j + 2] * before[i + j];
+            const int32_t v = int32_t(s[x]) * 8192 + sum / 42;
+            const bool bit = v > threshold * 8192;
+            cur[i] = v - (bit ? 255 * 8192 : 0);
+            const int64_t at = offset + x;
+            const uint8_t mask = uint8_t(0x80u >> (at & 7));
+            d[at >> 3] = uint8_t(bit ? d[at >> 3] | mask : d[at >> 3] & ~mask);
+        }
+        int32_t* reuse = before;
+        before = above, above = cur, cur = reuse;
+    }
+}
+
+}  // namespace
+}  // namespace tpx::reduce
+
+using namespace tpx;
+using namespace tpx::reduce;
+
+extern "C" TPXCC_API TpxStatus tpxiReduceBitsGetBufferSize(int chanLayout, int width, int noise, int ditherType,
+                                                            int* pBufferSize) {
+    TPX_CHECK(check::notNull(pBufferSize));
+    TPX_CHECK(check::failIf(width < 1, tpxStatusBadSize));
+    TPX_CHECK(check::failIf(chanLayout != 1 && chanLayout != 3 && chanLayout != 4 && chanLayout != 9,
+                            tpxStatusBadChannels));
+    TPX_CHECK(check::failIf(unsigned(noise) > 100, tpxStatusBadNoise));
+    TPX_CHECK(check::failIf(unsigned(ditherType) > 4, tpxStatusBadDitherType));
+    if (ditherType == 0) return *pBufferSize = 0, tpxStatusOk;
+    // The error lines; then the generator's state (twice 56 bytes rounded up
+    // to 16) and its tables.
+    int64_t base = lineBytes(ditherType, width);
+    if (noise != 0) base += 2 * 64 + 6144;
+    const int64_t size = base ? base + 64 : 0;
+    TPX_CHECK(check::failIf(size > INT32_MAX, tpxStatusBadSize));  // a width no buffer can serve
+    *pBufferSize = int(size);
+    return tpxStatusOk;
+}
+
+#define TPX_REDUCE_MEMBER(name, S, D, K)                                                                          \
+    extern "C" TPXCC_API TpxStatus name(const S* pSrc, int srcStep, D* pDst, int dstStep, TpxSize roiSize,       \
+                                        int noise, int ditherType, int levels, Tpx8u* pBuffer) {                  \
+        return reduceBits<S, D, K>(pSrc, srcStep, pDst, dstStep, roiSize, noise, ditherType, levels, pBuffer);   \
+    }
+#define TPX_REDUCE_LAYOUTS(prefix, S, D)         \
+    TPX_REDUCE_MEMBER(prefix##_C1R, S, D, 1)     \
+    TPX_REDUCE_MEMBER(prefix##_C3R, S, D, 3)     \
+    TPX_REDUCE_MEMBER(prefix##_C4R, S, D, 4)     \
+    TPX_REDUCE_MEMBER(prefix##_AC4R, S, D, 5)
+TPX_REDUCE_LAYOUTS(tpxiReduceBits_8u, uint8_t, uint8_t)
+TPX_REDUCE_LAYOUTS(tpxiReduceBits_16u, uint16_t, uint16_t)
+TPX_REDUCE_LAYOUTS(tpxiReduceBits_16s, int16_t, int16_t)
+TPX_REDUCE_LAYOUTS(tpxiReduceBits_16u8u, uint16_t, uint8_t)
+TPX_REDUCE_LAYOUTS(tpxiReduceBits_16s8u, int16_t, uint8_t)
+TPX_REDUCE_LAYOUTS(tpxiReduceBits_32f8u, float, uint8_t)
+TPX_REDUCE_LAYOUTS(tpxiReduceBits_32f16u, float, uint16_t)
+TPX_REDUCE_LAYOUTS(tpxiReduceBits_32f16s, float, int16_t)
+
+// One bit per pixel, most significant bit first from bit 7 - offset % 8 of
+// byte offset / 8 of each row; the other bits of the bytes keep their values.
+extern "C" TPXCC_API TpxStatus tpxiReduceBits_8u1u_C1R(const Tpx8u* pSrc, int srcStep, Tpx8u* pDst, int dstStep,
+                                                        int dstBitOffset, TpxSize roiSize, int, int, int ditherType,
+                                                        Tpx8u threshold, Tpx8u* pBuffer) {
+    TPX_CHECK(check::notNull(pSrc, pDst));
+    TPX_CHECK(check::failIf(roiSize.width < 1 || roiSize.height < 1 || dstBitOffset < 0, tpxStatusBadSize));
+    TPX_CHECK(check::failIf(ditherType == 3 && !pBuffer, tpxStatusNullPtr));
+    TPX_CHECK(check::failIf(ditherType != 0 && ditherType != 3, tpxStatusBadDitherType));
+    const Image<const uint8_t> s{pSrc, srcStep};
+    const Image<uint8_t> d{pDst, dstStep};
+    if (ditherType == 3) {
+        stuckiBits(s, d, dstBitOffset, roiSize.width, roiSize.height, threshold,
+                   reinterpret_cast<int32_t*>(aligned64(pBuffer)));
+        return tpxStatusOk;
+    }
+    for (int64_t y = 0; y < roiSize.height; ++y) {
+        const uint8_t* src = s.row(y);
+        uint8_t* dst = d.row(y);
+        for (int64_t x = 0; x < roiSize.width; ++x) {
+            const int64_t at = dstBitOffset + x;
+            const uint8_t mask = uint8_t(0x80u >> (at & 7));
+            dst[at >> 3] = uint8_t(src[x] > threshold ? dst[at >> 3] | mask : dst[at >> 3] & ~mask);
+        }
+    }
+    return tpxStatusOk;
+}
