@@ -190,6 +190,32 @@ TEST(Tpxconv, BandsOnThreadsGiveTheSameBytes) {
     for (size_t i = 3; i < bgra.size(); i += 4) ASSERT_EQ(bgra[i], 7) << i;
 }
 
+// 16 bits to 8: every dither keeps each sample within one code of its
+// truncation; the types differ; error diffusion gives the same bytes on threads.
+TEST(Tpxconv, SixteenBitsToEightWithEveryDither) {
+    const int w = 64, h = 48;
+    Bytes wide(size_t(w) * h * 2);
+    for (int i = 0; i < w * h; ++i) wide[2 * i] = uint8_t(i * 37), wide[2 * i + 1] = uint8_t(i * 13 >> 4);
+    writeFile(path("deep.raw"), wide);
+    auto reduce = [&](const std::string& dither, const std::string& more = "") {
+        return tpxconv(path("deep.raw") + " " + path("eight.raw") + " --pix-fmt gray16le --size 64x48 --to gray --dither " +
+                       dither + more).code;
+    };
+    std::vector<Bytes> outs;
+    for (const char* d : {"none", "fs", "jjn", "stucki", "ordered"}) {
+        ASSERT_EQ(reduce(d), 0) << d;
+        outs.push_back(readFile(path("eight.raw")));
+        ASSERT_EQ(outs.back().size(), size_t(w) * h);
+        for (int i = 0; i < w * h; ++i) {
+            const int v = wide[2 * i] | wide[2 * i + 1] << 8, low = v * 255 / 65535;
+            EXPECT_TRUE(outs.back()[size_t(i)] >= low - 1 && outs.back()[size_t(i)] <= low + 1) << d << " " << i;
+        }
+    }
+    for (size_t k = 1; k < outs.size(); ++k) EXPECT_NE(outs[0], outs[k]) << k;
+    ASSERT_EQ(reduce("fs", " --threads 4"), 0);
+    EXPECT_EQ(readFile(path("eight.raw")), outs[1]);
+}
+
 TEST(Tpxconv, BadInputGivesOneLineAndNoOutput) {
     writeFile(path("48.raw"), randomBytes(48, 6));    // one 4x4 rgb24 frame
     writeFile(path("100.raw"), randomBytes(100, 7));  // two 4x4 rgb24 frames and 4 bytes

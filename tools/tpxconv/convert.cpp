@@ -9,8 +9,17 @@
 namespace conv {
 namespace {
 
-// Bands are whole 4:2:0 blocks high and tall enough for demosaicing.
-constexpr int kBandAlign = 2, kMinBand = 16;
+// Bands are whole 4:2:0 blocks and ordered-dither periods high, and tall
+// enough for demosaicing.
+constexpr int kBandAlign = 4, kMinBand = 16;
+
+// Error diffusion carries errors from row to row: such a route runs a frame whole.
+bool diffuses(const Route& route, const Options& opt) {
+    if (opt.dither < 1 || opt.dither > 3) return false;
+    for (const Step& s : route.steps)
+        if (s.function.find("ReduceBits") != std::string::npos) return true;
+    return false;
+}
 
 struct Task {
     size_t frame;
@@ -22,7 +31,7 @@ struct Task {
 void convertFrames(const Route& route, const std::vector<View>& srcs, const std::vector<View>& dsts,
                    const Options& opt, int threads) {
     std::vector<Task> tasks;
-    const int perFrame = std::max(1, threads / std::max(1, int(srcs.size())));
+    const int perFrame = diffuses(route, opt) ? 1 : std::max(1, threads / std::max(1, int(srcs.size())));
     for (size_t i = 0; i < srcs.size(); ++i) {
         const int h = srcs[i].h;
         const int bands = std::max(1, std::min(perFrame, h / kMinBand));

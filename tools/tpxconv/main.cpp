@@ -24,6 +24,7 @@ const char kUsage[] =
     "  --matrix 601|709   YCbCr colour matrix (default 601)\n"
     "  --demosaic M       bilinear (default), vng or ahd, for Bayer inputs\n"
     "  --alpha N          alpha value 0..255 written where the output has alpha (default 255)\n"
+    "  --dither D         16-bit to 8-bit: none, fs, jjn, stucki or ordered (default ordered)\n"
     "  --roi x,y,w,h      convert this rectangle of the input only\n"
     "  --threads N        convert frames, or bands of a frame, on N threads (default 1)\n"
     "formats: rgb24 bgr24 rgba bgra gray gray16le rgb48le bgra64le yuv444p yuv422p yuv420p yuv411p\n"
@@ -86,6 +87,11 @@ Args parse(int argc, char** argv) {
             else throw Failure("--demosaic wants bilinear, vng or ahd, got '" + v + "'");
         } else if (arg == "--alpha") {
             if (!parseInts(v, ',', &a.opt.alpha, 1) || a.opt.alpha > 255) throw Failure("--alpha wants 0..255, got '" + v + "'");
+        } else if (arg == "--dither") {
+            static const char* const kNames[] = {"none", "fs", "jjn", "stucki", "ordered"};
+            const auto at = std::find(std::begin(kNames), std::end(kNames), v);
+            if (at == std::end(kNames)) throw Failure("--dither wants none, fs, jjn, stucki or ordered, got '" + v + "'");
+            a.opt.dither = int(at - std::begin(kNames));
         } else if (arg == "--roi") {
             if (!parseInts(v, ',', a.roi, 4) || a.roi[2] < 1 || a.roi[3] < 1) throw Failure("--roi wants x,y,w,h, got '" + v + "'");
             a.roiGiven = true;

@@ -53,6 +53,18 @@ std::array<Tpx32f, 4> vngGains(const Options& o) { return {1.f, 1.f, 1.f, Tpx32f
 #define MOS16 u16(s.p[0]), s.mosaicRoi, s.mosaicSize, s.step[0]
 #define ROI s.roi()
 #define AL Tpx8u(o.alpha)
+// 16 bits to 8 through the bit-depth reduction, 256 levels, the chosen dither,
+// with a work buffer of the size the library asks for.
+template <class Fn>
+TpxStatus reduce16(Fn fn, int layout, const View& s, const View& d, const Options& o) {
+    int size = 0;
+    if (TpxStatus st = tpxiReduceBitsGetBufferSize(layout, s.w, 0, o.dither, &size); st < 0) return st;
+    std::vector<uint8_t> buffer(size_t(size) + 1);
+    return fn(u16(s.p[0]), s.step[0], d.p[0], d.step[0], s.roi(), 0, o.dither, 256, buffer.data());
+}
+#define R16(from, to, fn, layout)                                                       \
+    {from, to, Matrix::Any, Method::Any, kLossy, #fn,                                   \
+     [](const View& s, const View& d, const Options& o) { return reduce16(fn, layout, s, d, o); }}
 #define E(from, to, matrix, method, cost, fn, args)                                             \
     {from, to, Matrix::matrix, Method::method, cost, #fn,                                        \
      [](const View& s, const View& d, const Options& o) -> TpxStatus { (void)o; (void)d; return fn args; }}
@@ -126,6 +138,10 @@ const Edge kEdges[] = {
     E("gray", "bgra", Any, Any, kExact, tpxiGrayToRGB_8u_C1C4R, (S0, D0, ROI, AL)),
     E("gray16le", "rgb48le", Any, Any, kExact, tpxiGrayToRGB_16u_C1C3R, (S16, D16, ROI)),
     E("gray16le", "bgra64le", Any, Any, kExact, tpxiGrayToRGB_16u_C1C4R, (S16, D16, ROI, Tpx16u(o.alpha * 257))),
+    // 16 bits to 8
+    R16("gray16le", "gray", tpxiReduceBits_16u8u_C1R, 1),
+    R16("rgb48le", "rgb24", tpxiReduceBits_16u8u_C3R, 3),
+    R16("bgra64le", "bgra", tpxiReduceBits_16u8u_C4R, 4),
     // Bayer mosaics
     E("bayer8", "rgb24", Any, Bilinear, kLossy, tpxiCFAToRGB_8u_C1C3R, (MOS, D0, grid(s), 0)),
     E("bayer8", "rgb24", Any, Ahd, kLossy, tpxiDemosaicAHD_8u_C1C3R, (MOS, D0, grid(s))),

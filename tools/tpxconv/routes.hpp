@@ -16,6 +16,7 @@ struct Options {
     Matrix matrix = Matrix::Bt601;
     Method method = Method::Bilinear;
     int alpha = 255;  // 0..255; 16-bit formats get alpha * 257
+    int dither = 4;   // 16-bit to 8-bit: the bit-depth reduction's dither type (0 none .. 4 ordered)
 };
 
 using Run = TpxStatus (*)(const View& src, const View& dst, const Options& opt);
