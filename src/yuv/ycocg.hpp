@@ -13,6 +13,8 @@
 // saturates to 0..255 and to a 16-bit one to -32768..32767.
 #pragma once
 
+#include "frame/image.hpp"
+
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
@@ -57,12 +59,13 @@ constexpr T saturate(int64_t v) {
     else return T(v);
 }
 
-// Source pixels of `Ch` channels (B at 0 unless RGB) to three planes.
+// Source pixels of `Ch` channels (B at 0 unless RGB) to three planes. Rows
+// of 16- and 32-bit samples need not be aligned (steps are any byte count).
 template <class S, class D, int Ch, bool Rev, bool Bgr>
 void forwardRow(const S* __restrict s, D* __restrict y, D* __restrict co, D* __restrict cg, Len n) {
     constexpr bool offset = std::is_same_v<D, uint8_t>;
     for (Len i = 0; i < n; ++i) {
-        const int32_t b = s[Ch * i + (Bgr ? 0 : 2)], g = s[Ch * i + 1], r = s[Ch * i + (Bgr ? 2 : 0)];
+        const int32_t b = loadAt(s, Ch * i + (Bgr ? 0 : 2)), g = loadAt(s, Ch * i + 1), r = loadAt(s, Ch * i + (Bgr ? 2 : 0));
         int32_t Y, Co, Cg;
         if constexpr (Rev) {
             Co = r - b;
@@ -75,11 +78,11 @@ void forwardRow(const S* __restrict s, D* __restrict y, D* __restrict co, D* __r
             Cg = (2 * g - r - b + 2) >> 2;
         }
         if constexpr (offset) {
-            y[i] = D(Y);
-            co[i] = D(Co + 128 > 255 ? 255 : Co + 128);
-            cg[i] = D(Cg + 128 > 255 ? 255 : Cg + 128);
+            storeAt(y, i, D(Y));
+            storeAt(co, i, D(Co + 128 > 255 ? 255 : Co + 128));
+            storeAt(cg, i, D(Cg + 128 > 255 ? 255 : Cg + 128));
         } else {
-            y[i] = saturate<D>(Y), co[i] = saturate<D>(Co), cg[i] = saturate<D>(Cg);
+            storeAt(y, i, saturate<D>(Y)), storeAt(co, i, saturate<D>(Co)), storeAt(cg, i, saturate<D>(Cg));
         }
     }
 }
@@ -92,7 +95,7 @@ void inverseRow(const S* __restrict y, const S* __restrict co, const S* __restri
     using W = std::conditional_t<std::is_same_v<S, int32_t>, int64_t, int32_t>;
     constexpr W off = std::is_same_v<S, uint8_t> ? 128 : 0;
     for (Len i = 0; i < n; ++i) {
-        const W Y = y[i], Co = W(co[i]) - off, Cg = W(cg[i]) - off;
+        const W Y = loadAt(y, i), Co = W(loadAt(co, i)) - off, Cg = W(loadAt(cg, i)) - off;
         W r, g, b;
         if constexpr (Rev) {
             const W t = Y - (Cg >> 1);
@@ -104,10 +107,10 @@ void inverseRow(const S* __restrict y, const S* __restrict co, const S* __restri
             g = Y + Cg;
             b = Y - Co - Cg;
         }
-        d[Ch * i + (Bgr ? 0 : 2)] = saturate<D>(b);
-        d[Ch * i + 1] = saturate<D>(g);
-        d[Ch * i + (Bgr ? 2 : 0)] = saturate<D>(r);
-        if constexpr (Ch == 4) d[Ch * i + 3] = fourth;
+        storeAt(d, Ch * i + (Bgr ? 0 : 2), saturate<D>(b));
+        storeAt(d, Ch * i + 1, saturate<D>(g));
+        storeAt(d, Ch * i + (Bgr ? 2 : 0), saturate<D>(r));
+        if constexpr (Ch == 4) storeAt(d, Ch * i + 3, fourth);
     }
 }
 
