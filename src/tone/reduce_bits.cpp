@@ -103,7 +103,7 @@ void diffuse(Image<const S> src, Image<D> dst, int64_t w, int64_t h, int c, cons
             float err = 0.0f, out;
             if (v >= q.D) {
                 out = q.D;
-            } else if (v < 0.0f) {
+            } else if (!(v >= 0.0f)) {  // below 0, or NaN
                 out = 0.0f;
             } else {
                 // 0 <= v < D here, so v inv lies in 0..L: the integer conversion truncates it.

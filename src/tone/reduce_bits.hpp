@@ -12,7 +12,7 @@
 //   step), k from the 4 x 4 matrix by ROI row and pixel column; out = trunc(q)
 //   saturated.
 // Error diffusion: v = the sample + (the gathered, weighted errors) x 1/16,
-//   1/48 or 1/42; v >= D gives D and v < 0 gives 0, both passing no error;
+//   1/48 or 1/42; v >= D gives D and v < 0 (or NaN) gives 0, both passing no error;
 //   otherwise q as in the ordered type with the threshold step / 2, the error
 //   v - q, out = trunc(q). Each channel is diffused as an image of its own.
 //   The gathered sum adds weight x error terms one at a time: the row above

@@ -226,7 +226,10 @@ int run(const uint8_t* data, size_t size) {
     std::vector<Fault> others;
     for (const Fault& f : faults)
         if (f.status != tpxStatusBadStep) others.push_back(f);
-    const bool refusedBeforeSteps = checkStatus(others, a) < 0;
+    // (Steps are not chosen yet: a family check that reads them sees valid ones.)
+    Args probe = a;
+    for (int i = 0; i < 4; ++i) probe.srcStep[i] = probe.dstStep[i] = 1;
+    const bool refusedBeforeSteps = checkStatus(others, probe) < 0;
     const Window win = s.bayer() && !refusedBeforeSteps ? windowOf(a, s) : Window{};
 
     // Row counts, row bytes and steps of every plane.

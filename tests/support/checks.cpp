@@ -61,7 +61,7 @@ void sizeFaults(const ExportShape& s, std::vector<Fault>& f) {
     const int64_t minW = s.minW, minH = s.minH;
     auto small = [=](const Args& a) {
         const int64_t w = s.bayer() ? a.imageWidth : a.width, h = s.bayer() ? a.imageHeight : a.height;
-        return narrow(w) < minW || narrow(h) < minH;
+        return narrow(w) < minW || (minH > 0 && narrow(h) < minH);  // minH 0: the height is not checked
     };
     auto setW = [bay = s.bayer()](Args& a, int64_t v) { (bay ? a.imageWidth : a.width) = v; };
     auto setH = [bay = s.bayer()](Args& a, int64_t v) { (bay ? a.imageHeight : a.height) = v; };

@@ -75,7 +75,7 @@ TpxStatus reduceModel(const Export& e, const Args& a) {
                         float q = 0;
                         if (v >= D) {
                             out = D;
-                        } else if (v < 0.0f) {
+                        } else if (!(v >= 0.0f)) {
                             out = 0;
                         } else {
                             q = std::trunc(v * inv) * step;
