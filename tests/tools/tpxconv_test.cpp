@@ -239,7 +239,7 @@ TEST(Tpxconv, BadInputGivesOneLineAndNoOutput) {
         {"raw without size", path("48.raw"), path("out.gray"), " --pix-fmt rgb24"},
         {"odd size for 4:2:0", path("48.raw"), path("out.raw"), raw4 + " --to yuv420p --roi 0,0,3,4"},
         {"region outside", path("48.raw"), path("out.gray"), raw4 + " --roi 2,2,3,3"},
-        {"no BT.709 route", path("48.raw"), path("out.raw"), raw4 + " --to yuv422p --matrix 709"},
+        {"no BT.709 route", path("48.raw"), path("out.raw"), raw4 + " --to yuv444p --matrix 709"},
         {"bad matrix", path("48.raw"), path("out.gray"), raw4 + " --matrix 2020"},
         {"bad thread count", path("48.raw"), path("out.gray"), raw4 + " --threads 0"},
         {"unknown option", path("48.raw"), path("out.gray"), raw4 + " --speed 3"},

@@ -7,8 +7,10 @@
 namespace conv {
 namespace {
 
-// Edge costs: a route first avoids dropping colour, then computing steps.
-enum Cost { kExact = 1, kLossy = 10, kGray = 100 };
+// Edge costs: a route first avoids dropping colour, then computing steps; a
+// move between layouts goes through the chroma-layout exports (two of them
+// if need be) before the one-component repacking below.
+enum Cost { kExact = 1, kRepack = 3, kLossy = 10, kGray = 100 };
 
 struct Edge {
     const char* from;  // a format name, or a group ("bayer8", "bayer16")
@@ -45,6 +47,8 @@ std::array<Tpx32f, 4> vngGains(const Options& o) { return {1.f, 1.f, 1.f, Tpx32f
 #define DP1 d.p, d.step[0]
 #define SP s.p, s.step
 #define DP d.p, d.step
+#define SPr swapChroma(s).p, swapChroma(s).step  // planes Y, V, U
+#define DPr swapChroma(d).p, swapChroma(d).step
 #define S2 s.p[0], s.step[0], s.p[1], s.step[1]
 #define D2 d.p[0], d.step[0], d.p[1], d.step[1]
 #define S16 u16(s.p[0]), s.step[0]
@@ -149,6 +153,26 @@ const Edge kEdges[] = {
     E("bayer16", "rgb48le", Any, Bilinear, kLossy, tpxiCFAToRGB_16u_C1C3R, (MOS16, D16, grid(s), 0)),
     E("bayer16", "rgb48le", Any, Ahd, kLossy, tpxiDemosaicAHD_16u_C1C3R, (MOS16, D16, grid(s))),
     E("bayer16", "bgra64le", Any, Vng, kLossy, tpxiCFAToBGRA_VNG_16u_C1C4R, (MOS16, vngGains(o).data(), D16, grid(s))),
+    // Chroma layout: the same samples in another layout (nv21 is nv12 with
+    // the pair bytes in V, U order, so its planes are yuv420p's swapped) ...
+    E("yuv420p", "nv12", Any, Any, kExact, tpxiYCbCr420_8u_P3P2R, (SP, D2, ROI)),
+    E("yuv420p", "nv21", Any, Any, kExact, tpxiYCbCr420_8u_P3P2R, (SPr, D2, ROI)),
+    E("nv12", "yuv420p", Any, Any, kExact, tpxiYCbCr420_8u_P2P3R, (S2, DP, ROI)),
+    E("nv21", "yuv420p", Any, Any, kExact, tpxiYCbCr420_8u_P2P3R, (S2, DPr, ROI)),
+    E("yuv422p", "yuyv422", Any, Any, kExact, tpxiYCbCr422_8u_P3C2R, (SP, D0, ROI)),
+    E("yuyv422", "yuv422p", Any, Any, kExact, tpxiYCbCr422_8u_C2P3R, (S0, DP, ROI)),
+    E("yuv422p", "uyvy422", Any, Any, kExact, tpxiYCbCr422ToCbYCr422_8u_P3C2R, (SP, D0, ROI)),
+    E("uyvy422", "yuv422p", Any, Any, kExact, tpxiCbYCr422ToYCbCr422_8u_C2P3R, (S0, DP, ROI)),
+    E("yuyv422", "uyvy422", Any, Any, kExact, tpxiYCbCr422ToCbYCr422_8u_C2R, (S0, D0, ROI)),
+    E("uyvy422", "yuyv422", Any, Any, kExact, tpxiCbYCr422ToYCbCr422_8u_C2R, (S0, D0, ROI)),
+    // ... and in another sampling: chroma rows or columns dropped, repeated
+    // or resampled, luma copied.
+    E("yuv422p", "yuv420p", Any, Any, kLossy, tpxiYCbCr422ToYCbCr420_8u_P3R, (SP, DP, ROI)),
+    E("yuv420p", "yuv422p", Any, Any, kLossy, tpxiYCbCr420ToYCbCr422_8u_P3R, (SP, DP, ROI)),
+    E("yuv411p", "yuv420p", Any, Any, kLossy, tpxiYCbCr411ToYCbCr420_8u_P3R, (SP, DP, ROI)),
+    E("nv12", "yuv411p", Any, Any, kLossy, tpxiYCbCr420ToYCbCr411_8u_P2P3R, (S2, DP, ROI)),
+    E("uyvy422", "nv12", Any, Any, kLossy, tpxiCbYCr422ToYCbCr420_8u_C2P2R, (S0, D2, ROI)),
+    E("nv12", "uyvy422", Any, Any, kLossy, tpxiYCbCr420ToCbYCr422_8u_P2C2R, (S2, D0, ROI)),
 };
 
 // ---- Repacking: moving samples between layouts of the same components ----
@@ -247,7 +271,7 @@ Route findRoute(const Format& from, const Format& to, const Options& opt) {
     }
     for (const Format& a : formats())
         for (const Format& b : formats())
-            if (repackable(a, b)) edges.push_back({kExact, repackStep(a, b)});
+            if (repackable(a, b)) edges.push_back({kRepack, repackStep(a, b)});
 
     // Cheapest path (Dijkstra over a handful of formats).
     const size_t n = formats().size();
