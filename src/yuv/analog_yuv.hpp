@@ -25,8 +25,10 @@
 // internal linkage, so every file keeps its own).
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace tpx::analog {
 
@@ -93,11 +95,40 @@ struct Out {
     }
 };
 
+// Pixels of a row are independent, and a destination row never overlaps a
+// source row, so the loops below may be vectorised without the compiler
+// proving that the row pointers do not alias.
+#if defined(__clang__)
+#define TPX_INDEPENDENT _Pragma("clang loop vectorize(assume_safety)")
+#elif defined(__GNUC__)
+#define TPX_INDEPENDENT _Pragma("GCC ivdep")
+#else
+#define TPX_INDEPENDENT
+#endif
+
+// Subsampled rows work in chunks of this many pixels, through planar arrays
+// on the stack that the loops read and write at unit stride.
+constexpr Len kChunk = 64;
+
+// The channel pointers of a K-element side moved to pixel i.
+template <int K>
+void advance(uint8_t* const* d, Len i, uint8_t** o) {
+    for (int c = 0; c < 4; ++c) o[c] = K == 1 ? (d[c] ? d[c] + i : nullptr) : c == 0 ? d[0] + i * K : nullptr;
+}
+
+// R, G, B of pixels [i0, i0 + m) of one side.
+template <int K, bool Bgr>
+void loadRgb(const Side<K, Bgr>& in, Len i0, Len m, int* R, int* G, int* B) {
+    TPX_INDEPENDENT
+    for (Len t = 0; t < m; ++t) R[t] = in.get(i0 + t, 0), G[t] = in.get(i0 + t, 1), B[t] = in.get(i0 + t, 2);
+}
+
 // 4:4:4: R, G, B (a fourth when F says) in, Y, U, V out; and back.
 template <int SK, int SB, int DK, int F>
 void encode444(const uint8_t* const* s, uint8_t* const* d, Len n, uint8_t) {
     const Side<SK, SB != 0> in(s);
     const Out<DK, false> out(d);
+    TPX_INDEPENDENT
     for (Len i = 0; i < n; ++i) {
         const int R = in.get(i, 0), G = in.get(i, 1), B = in.get(i, 2), S = lumaSum(R, G, B);
         out.set(i, 0, (S + 32768) >> 16);
@@ -106,46 +137,77 @@ void encode444(const uint8_t* const* s, uint8_t* const* d, Len n, uint8_t) {
         if constexpr (F == kCopy) out.set(i, 3, in.get(i, 3));
     }
 }
-template <int SK, int SB, int DK, int F>
-void decode444(const uint8_t* const* s, uint8_t* const* d, Len n, uint8_t alpha) {
-    const Side<SK, SB != 0> in(s);
-    const Out<DK, false> out(d);
+// The decoder on n pixels with full-rate Y, U, V: with the rounding terms of
+// R and B (4:4:4) or without (the subsampled decoders).
+template <int SK, bool SB, int DK, bool DB, int F, bool Round>
+void decodePixels(const uint8_t* const* s, uint8_t* const* d, Len n, uint8_t alpha) {
+    const Side<SK, SB> in(s);
+    const Out<DK, DB> out(d);
+    constexpr int half = Round ? 32768 : 0;
+    TPX_INDEPENDENT
     for (Len i = 0; i < n; ++i) {
         const int Y = in.get(i, 0) << 16, U = in.get(i, 1) - 128, V = in.get(i, 2) - 128;
-        out.set(i, 0, clamp255((Y + 74711 * V + 32768) >> 16));
+        out.set(i, 0, clamp255((Y + 74711 * V + half) >> 16));
         out.set(i, 1, clamp255((Y - 25821 * U - 38076 * V) >> 16));
-        out.set(i, 2, clamp255((Y + 133169 * U + 32768) >> 16));
+        out.set(i, 2, clamp255((Y + 133169 * U + half) >> 16));
         if constexpr (F == kValue) out.set(i, 3, alpha);
     }
+}
+template <int SK, int SB, int DK, int F>
+void decode444(const uint8_t* const* s, uint8_t* const* d, Len n, uint8_t alpha) {
+    decodePixels<SK, SB != 0, DK, false, F, true>(s, d, n, alpha);
 }
 
 // 4:2:2 encoder: pairs of pixels to two luma samples and one U, V.
 template <int SK, int SB, int DK, int>
 void encode422(const uint8_t* const* s, uint8_t* const* d, Len n) {
     const Side<SK, SB != 0> in(s);
-    const Out<DK, false> out(d);
-    constexpr bool packed = DK == 2;
-    for (Len k = 0; k < n / 2; ++k) {
-        const Len i = 2 * k, j = i + 1;
-        const int S0 = lumaSum(in.get(i, 0), in.get(i, 1), in.get(i, 2)), S1 = lumaSum(in.get(j, 0), in.get(j, 1), in.get(j, 2));
-        const int sumB = in.get(i, 2) + in.get(j, 2), sumR = in.get(i, 0) + in.get(j, 0), SS = S0 + S1;
-        out.set(i, 0, S0 >> 16);
-        out.set(j, 0, S1 >> 16);
-        out.set(packed ? i : k, 1, ((((sumB << 16) - SS + 65535) >> 16) * 32244 >> 17) + 128);
-        out.set(packed ? i : k, 2, clamp255(((((sumR << 16) - SS + 65535) >> 16) * 57475 >> 17) + 128));
+    alignas(64) int R[kChunk], G[kChunk], B[kChunk], S[kChunk];
+    alignas(64) uint8_t Y[kChunk], U[kChunk / 2], V[kChunk / 2];
+    const Len pixels = n / 2 * 2;
+    for (Len i0 = 0; i0 < pixels; i0 += kChunk) {
+        const Len m = std::min(kChunk, pixels - i0), h = m / 2;
+        loadRgb(in, i0, m, R, G, B);
+        for (Len t = 0; t < m; ++t) S[t] = lumaSum(R[t], G[t], B[t]), Y[t] = uint8_t(S[t] >> 16);
+        for (Len k = 0; k < h; ++k) {
+            const int sumB = B[2 * k] + B[2 * k + 1], sumR = R[2 * k] + R[2 * k + 1], SS = S[2 * k] + S[2 * k + 1];
+            U[k] = uint8_t(((((sumB << 16) - SS + 65535) >> 16) * 32244 >> 17) + 128);
+            V[k] = uint8_t(clamp255(((((sumR << 16) - SS + 65535) >> 16) * 57475 >> 17) + 128));
+        }
+        if constexpr (DK == 2) {
+            uint8_t* __restrict o = d[0] + 2 * i0;
+            for (Len k = 0; k < h; ++k) o[4 * k] = Y[2 * k], o[4 * k + 1] = U[k], o[4 * k + 2] = Y[2 * k + 1], o[4 * k + 3] = V[k];
+        } else {
+            std::memcpy(d[0] + i0, Y, size_t(m));
+            std::memcpy(d[1] + i0 / 2, U, size_t(h));
+            std::memcpy(d[2] + i0 / 2, V, size_t(h));
+        }
     }
 }
-// 4:2:2 decoder: the 4:2:0 decoder's formulas on each pair.
+// 4:2:2 decoder: each pair's U, V repeated for both pixels, then the
+// decoder without rounding terms.
 template <int SK, int SB, int DK, int>
 void decode422(const uint8_t* const* s, uint8_t* const* d, Len n) {
-    const Side<SK, SB != 0> in(s);
-    const Out<DK, false> out(d);
-    constexpr bool packed = SK == 2;
-    for (Len i = 0; i < n / 2 * 2; ++i) {
-        const int Y = in.get(i, 0) << 16, U = in.get(packed ? i : i / 2, 1) - 128, V = in.get(packed ? i : i / 2, 2) - 128;
-        out.set(i, 0, clamp255((Y + 74711 * V) >> 16));
-        out.set(i, 1, clamp255((Y - 25821 * U - 38076 * V) >> 16));
-        out.set(i, 2, clamp255((Y + 133169 * U) >> 16));
+    alignas(64) uint8_t Y[kChunk], U2[kChunk], V2[kChunk];
+    const Len pixels = n / 2 * 2;
+    for (Len i0 = 0; i0 < pixels; i0 += kChunk) {
+        const Len m = std::min(kChunk, pixels - i0), h = m / 2;
+        const uint8_t* y = Y;
+        if constexpr (SK == 2) {
+            const uint8_t* __restrict p = s[0] + 2 * i0;
+            for (Len k = 0; k < h; ++k) {
+                Y[2 * k] = p[4 * k], Y[2 * k + 1] = p[4 * k + 2];
+                U2[2 * k] = U2[2 * k + 1] = p[4 * k + 1], V2[2 * k] = V2[2 * k + 1] = p[4 * k + 3];
+            }
+        } else {
+            const uint8_t *__restrict u = s[1] + i0 / 2, *__restrict v = s[2] + i0 / 2;
+            for (Len k = 0; k < h; ++k) U2[2 * k] = U2[2 * k + 1] = u[k], V2[2 * k] = V2[2 * k + 1] = v[k];
+            y = s[0] + i0;
+        }
+        const uint8_t* in[4] = {y, U2, V2, nullptr};
+        uint8_t* out[4];
+        advance<DK>(d, i0, out);
+        decodePixels<1, false, DK, false, kNone, false>(in, out, m, 0);
     }
 }
 // Packed 4:2:2: the pairs, then an odd last pixel from its Y and U bytes.
@@ -168,32 +230,41 @@ template <int SK, int SB, int, int>
 void encode420(const uint8_t* const* s0, const uint8_t* const* s1, uint8_t* const* d0, uint8_t* const* d1, Len n,
                uint8_t) {
     const Side<SK, SB != 0> a(s0), b(s1);
-    uint8_t *__restrict y0 = d0[0], *__restrict y1 = d1[0], *__restrict u = d0[1], *__restrict v = d0[2];
-    for (Len k = 0; k < n; ++k) {
-        const Len i = 2 * k, j = i + 1;
-        const int S00 = lumaSum(a.get(i, 0), a.get(i, 1), a.get(i, 2)), S01 = lumaSum(a.get(j, 0), a.get(j, 1), a.get(j, 2));
-        const int S10 = lumaSum(b.get(i, 0), b.get(i, 1), b.get(i, 2)), S11 = lumaSum(b.get(j, 0), b.get(j, 1), b.get(j, 2));
-        y0[i] = uint8_t(S00 >> 16), y0[j] = uint8_t(S01 >> 16), y1[i] = uint8_t(S10 >> 16), y1[j] = uint8_t(S11 >> 16);
-        const int sumB = a.get(i, 2) + a.get(j, 2) + b.get(i, 2) + b.get(j, 2);
-        const int sumR = a.get(i, 0) + a.get(j, 0) + b.get(i, 0) + b.get(j, 0), SS = S00 + S01 + S10 + S11;
-        u[k] = uint8_t(((((sumB << 16) - SS + 131071) >> 16) * 32244 >> 18) + 128);
-        v[k] = uint8_t(clamp255(((((sumR << 16) - SS + 131071) >> 16) * 57475 >> 18) + 128));
+    alignas(64) int R[2][kChunk], G[kChunk], B[2][kChunk], S[2][kChunk];
+    alignas(64) uint8_t Y[kChunk], U[kChunk / 2], V[kChunk / 2];
+    for (Len i0 = 0; i0 < 2 * n; i0 += kChunk) {
+        const Len m = std::min(kChunk, 2 * n - i0), h = m / 2;
+        for (int r = 0; r < 2; ++r) {
+            loadRgb(r ? b : a, i0, m, R[r], G, B[r]);
+            for (Len t = 0; t < m; ++t) S[r][t] = lumaSum(R[r][t], G[t], B[r][t]), Y[t] = uint8_t(S[r][t] >> 16);
+            std::memcpy((r ? d1 : d0)[0] + i0, Y, size_t(m));
+        }
+        for (Len k = 0; k < h; ++k) {
+            const Len i = 2 * k, j = i + 1;
+            const int sumB = B[0][i] + B[0][j] + B[1][i] + B[1][j], sumR = R[0][i] + R[0][j] + R[1][i] + R[1][j];
+            const int SS = S[0][i] + S[0][j] + S[1][i] + S[1][j];
+            U[k] = uint8_t(((((sumB << 16) - SS + 131071) >> 16) * 32244 >> 18) + 128);
+            V[k] = uint8_t(clamp255(((((sumR << 16) - SS + 131071) >> 16) * 57475 >> 18) + 128));
+        }
+        std::memcpy(d0[1] + i0 / 2, U, size_t(h));
+        std::memcpy(d0[2] + i0 / 2, V, size_t(h));
     }
 }
 // 4:2:0 decoder: two luma rows (s0[0], s1[0]) and one chroma row (s0[1],
-// s0[2]) to two rows of pixels.
+// s0[2]) to two rows of pixels, each block's U, V serving its four pixels.
 template <int, int, int DK, int DB>
 void decode420(const uint8_t* const* s0, const uint8_t* const* s1, uint8_t* const* d0, uint8_t* const* d1, Len n,
                uint8_t) {
-    const uint8_t *__restrict u = s0[1], *__restrict v = s0[2];
-    for (int row = 0; row < 2; ++row) {
-        const uint8_t* __restrict y = row ? s1[0] : s0[0];
-        const Out<DK, DB != 0> out(row ? d1 : d0);
-        for (Len i = 0; i < 2 * n; ++i) {
-            const int Y = y[i] << 16, U = u[i / 2] - 128, V = v[i / 2] - 128;
-            out.set(i, 0, clamp255((Y + 74711 * V) >> 16));
-            out.set(i, 1, clamp255((Y - 25821 * U - 38076 * V) >> 16));
-            out.set(i, 2, clamp255((Y + 133169 * U) >> 16));
+    alignas(64) uint8_t U2[kChunk], V2[kChunk];
+    for (Len i0 = 0; i0 < 2 * n; i0 += kChunk) {
+        const Len m = std::min(kChunk, 2 * n - i0);
+        const uint8_t *__restrict u = s0[1] + i0 / 2, *__restrict v = s0[2] + i0 / 2;
+        for (Len k = 0; k < m / 2; ++k) U2[2 * k] = U2[2 * k + 1] = u[k], V2[2 * k] = V2[2 * k + 1] = v[k];
+        for (int row = 0; row < 2; ++row) {
+            const uint8_t* in[4] = {(row ? s1 : s0)[0] + i0, U2, V2, nullptr};
+            uint8_t* out[4];
+            advance<DK>(row ? d1 : d0, i0, out);
+            decodePixels<1, false, DK, DB != 0, kNone, false>(in, out, m, 0);
         }
     }
 }
