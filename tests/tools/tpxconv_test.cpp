@@ -2,6 +2,7 @@
 // files, threads, and every kind of bad input (one line on standard error, a
 // non-zero exit and no output file).
 #include "tool_run.hpp"
+#include "tpxcc.h"
 
 #include <algorithm>
 #include <functional>
@@ -236,6 +237,22 @@ TEST(Tpxconv, V210InAndMonobOut) {
     EXPECT_EQ(readFile(path("g.monob")), expect);
 }
 
+// --gamma corrects the converted output in place, alpha untouched, on bands
+// on threads too: the library's gamma applied to the output without it.
+TEST(Tpxconv, GammaCorrectsTheOutput) {
+    writeFile(path("g.raw"), randomBytes(40 * 32 * 2, 12));  // two 8-bit gray frames or one 16-bit
+    auto run = [](const std::string& options) {
+        EXPECT_EQ(tpxconv(path("g.raw") + " " + path("g.out") + " --size 40x32 --threads 2 --pix-fmt " + options).code, 0);
+        return readFile(path("g.out"));
+    };
+    Bytes rgba = run("gray --to rgba --alpha 9"), rgb48 = run("gray16le --to rgb48le");
+    ASSERT_EQ(rgba.size() + rgb48.size(), size_t(40 * 64 * 4 + 40 * 32 * 6));
+    ASSERT_EQ(tpxiGammaFwd_8u_AC4IR(rgba.data(), 40 * 4, {40, 64}), tpxStatusOk);
+    ASSERT_EQ(tpxiGammaInv_16u_C3IR(reinterpret_cast<Tpx16u*>(rgb48.data()), 40 * 6, {40, 32}), tpxStatusOk);
+    EXPECT_EQ(run("gray --to rgba --alpha 9 --gamma fwd"), rgba);
+    EXPECT_EQ(run("gray16le --to rgb48le --gamma inv"), rgb48);
+}
+
 TEST(Tpxconv, BadInputGivesOneLineAndNoOutput) {
     writeFile(path("48.raw"), randomBytes(48, 6));    // one 4x4 rgb24 frame
     writeFile(path("100.raw"), randomBytes(100, 7));  // two 4x4 rgb24 frames and 4 bytes
@@ -269,6 +286,7 @@ TEST(Tpxconv, BadInputGivesOneLineAndNoOutput) {
         {"demosaic below 5x5", path("48.raw"), path("out.ppm"), " --pix-fmt bayer_rggb8 --size 4x4"},
         {"monob with ordered dither", path("48.raw"), path("out.raw"), raw4 + " --to monob --dither ordered"},
         {"threshold out of range", path("48.raw"), path("out.monob"), raw4 + " --threshold 256"},
+        {"gamma on gray", path("48.raw"), path("out.gray"), raw4 + " --gamma fwd"},
         {"v210 output", path("48.raw"), path("out.v210"), raw4},
     };
     for (const auto& c : cases) {

@@ -27,6 +27,7 @@ const char kUsage[] =
     "  --dither D         16-bit to 8-bit: none, fs, jjn, stucki or ordered (default ordered);\n"
     "                     monob: none or stucki (default stucki)\n"
     "  --threshold N      monob: gray samples above N (0..255, default 128) are white\n"
+    "  --gamma fwd|inv    forward or inverse video gamma on an RGB output, as the last step\n"
     "  --roi x,y,w,h      convert this rectangle of the input only\n"
     "  --threads N        convert frames, or bands of a frame, on N threads (default 1)\n"
     "formats: rgb24 bgr24 rgba bgra gray gray16le rgb48le bgra64le yuv444p yuv422p yuv420p yuv411p\n"
@@ -99,6 +100,9 @@ Args parse(int argc, char** argv) {
         } else if (arg == "--threshold") {
             if (!parseInts(v, ',', &a.opt.threshold, 1) || a.opt.threshold > 255)
                 throw Failure("--threshold wants 0..255, got '" + v + "'");
+        } else if (arg == "--gamma") {
+            if (v != "fwd" && v != "inv") throw Failure("--gamma wants fwd or inv, got '" + v + "'");
+            a.opt.gamma = v == "fwd" ? Gamma::Fwd : Gamma::Inv;
         } else if (arg == "--roi") {
             if (!parseInts(v, ',', a.roi, 4) || a.roi[2] < 1 || a.roi[3] < 1) throw Failure("--roi wants x,y,w,h, got '" + v + "'");
             a.roiGiven = true;

@@ -168,6 +168,36 @@ const Edge kEdges[] = {
     E("bayer16", "bgra64le", Any, Vng, kLossy, tpxiCFAToBGRA_VNG_16u_C1C4R, (MOS16, vngGains(o).data(), D16, grid(s))),
 };
 
+// ---- Gamma correction of RGB outputs, in place, alpha untouched ----
+
+template <class T>
+TpxStatus inPlace(TpxStatus (*fn)(T*, int, TpxSize), const View& v) {
+    return fn(reinterpret_cast<T*>(v.p[0]), v.step[0], v.roi());
+}
+
+struct GammaEdge {
+    Gamma gamma;
+    int bytes, channels;  // of the RGB format it corrects
+    const char* function;
+    Run run;
+};
+#define GAMMA(dir, type, layout, bytes, channels)                                    \
+    {Gamma::dir, bytes, channels, "tpxiGamma" #dir "_" #type "_" #layout "IR",          \
+     [](const View& v, const View&, const Options&) { return inPlace(tpxiGamma##dir##_##type##_##layout##IR, v); }}
+
+const GammaEdge kGammaEdges[] = {
+    GAMMA(Fwd, 8u, C3, 1, 3), GAMMA(Fwd, 8u, AC4, 1, 4), GAMMA(Fwd, 16u, C3, 2, 3), GAMMA(Fwd, 16u, AC4, 2, 4),
+    GAMMA(Inv, 8u, C3, 1, 3), GAMMA(Inv, 8u, AC4, 1, 4), GAMMA(Inv, 16u, C3, 2, 3), GAMMA(Inv, 16u, AC4, 2, 4),
+};
+
+Step gammaStep(const Format& f, Gamma g) {
+    if (f.hasComp(Comp::R))
+        for (const GammaEdge& e : kGammaEdges)
+            if (e.gamma == g && e.bytes == f.bytes && e.channels == int(f.channels.size()))
+                return {&f, &f, e.function, false, e.run, true};
+    throw Failure("--gamma corrects RGB outputs (rgb24, bgr24, rgba, bgra, rgb48le, bgra64le), not " + f.name);
+}
+
 // ---- Repacking: moving samples between layouts of the same components ----
 //
 // The library's gray conversion with the weights (1, 0, 0), (0, 1, 0) or
@@ -254,7 +284,7 @@ std::string Route::describe() const {
 
 int defaultDither(const Format& to) { return to.name == "monob" ? 3 : 4; }
 
-Route findRoute(const Format& from, const Format& to, const Options& opt) {
+static Route cheapestRoute(const Format& from, const Format& to, const Options& opt) {
     if (to.name == "monob" && opt.dither != 0 && opt.dither != 3)
         throw Failure("monob output dithers with none or stucki only");
     if (&from == &to && !from.isBayer() && !from.isPacked()) return Route{{repackStep(from, to)}};  // a copy, of the ROI say
@@ -306,17 +336,26 @@ Route findRoute(const Format& from, const Format& to, const Options& opt) {
     return r;
 }
 
+Route findRoute(const Format& from, const Format& to, const Options& opt) {
+    Route r = cheapestRoute(from, to, opt);
+    if (opt.gamma != Gamma::None) r.steps.push_back(gammaStep(to, opt.gamma));
+    return r;
+}
+
 void runRoute(const Route& route, const View& src, const View& dst, const Options& opt) {
+    // The steps from `last` on work in place on dst, written by the step before them.
+    size_t last = route.steps.size();
+    while (last > 1 && route.steps[last - 1].inPlace) --last;
     View in = src;
     Frame scratch[2];
     for (size_t i = 0; i < route.steps.size(); ++i) {
         const Step& s = route.steps[i];
         View out = dst;
-        if (i + 1 < route.steps.size()) {
+        if (i + 1 < last) {
             scratch[i % 2] = Frame(*s.to, src.w, src.h);
             out = scratch[i % 2].view;
         }
-        const TpxStatus st = s.run(in, out, opt);
+        const TpxStatus st = s.run(s.inPlace ? out : in, out, opt);
         if (st < 0) throw Failure(s.function + " failed with status " + std::to_string(st));
         in = out;
     }
