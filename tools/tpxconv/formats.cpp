@@ -36,6 +36,7 @@ Format bayer(const char* phase, int grid, int bytes) {
     return f;
 }
 
+// One component in rows packed in groups.
 Format grouped(const char* name, int bytes, Comp comp, Packing packing) {
     Format f = packed(name, bytes, {comp});
     f.packing = packing;
