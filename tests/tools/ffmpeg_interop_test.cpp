@@ -117,15 +117,18 @@ protected:
         }
     }
 
-    // Converts the pair's source with tpxconv, compares with ffmpeg's result
-    // and prints the largest difference seen.
+    // Converts the pair's source with tpxconv and compares with ffmpeg's result.
     static void compare(const Pair& p) {
         SCOPED_TRACE(std::string(p.from) + " -> " + p.to + " " + p.matrix);
         const std::string ours = path("tpxconv.out");
         const Result r = tpxconv(sourceFile(p) + " " + ours + " --pix-fmt " + p.from + " --size " + kSize + " --to " +
                                  p.to + " --matrix " + (std::string(p.matrix) == "bt709" ? "709" : "601"));
         ASSERT_EQ(r.code, 0) << r.err;
-        const Bytes a = readFile(theirFile(p)), b = readFile(ours);
+        report(p, readFile(theirFile(p)), readFile(ours));
+    }
+
+    // Compares ffmpeg's bytes with ours and prints the largest difference seen.
+    static void report(const Pair& p, const Bytes& a, const Bytes& b) {
         ASSERT_EQ(a.size(), b.size());
         ASSERT_FALSE(a.empty());
         int worst = 0;
@@ -151,5 +154,23 @@ TEST_F(FfmpegInterop, RepackingIsExact) { compareAll({Kind::Copy, Kind::FromGray
 TEST_F(FfmpegInterop, EncodersWithinOneCodeValue) { compareAll({Kind::Encode, Kind::ToGray}); }
 
 TEST_F(FfmpegInterop, DecodersWithinOneCodeValue) { compareAll({Kind::Decode}); }
+
+// v210 as ffmpeg's encoder writes it (rows of whole 128 bytes) decodes to the
+// luma plane of ffmpeg's own decoder; monob as tpxconv writes it reads in
+// ffmpeg as the gray source thresholded at 128.
+TEST_F(FfmpegInterop, PackedFormatsAreExact) {
+    const std::string v210 = path("src.v210"), size = " --size " + kSize;
+    ASSERT_EQ(ffmpeg(rawInput("rgb24", path("pattern.rgb24")) + " -pix_fmt yuv422p10le -c:v v210 -f rawvideo " + v210).code, 0);
+    ASSERT_EQ(ffmpeg("-f v210 -s " + kSize + " -i " + v210 + " -vf extractplanes=y -f rawvideo " + path("their.y")).code, 0);
+    ASSERT_EQ(tpxconv(v210 + " " + path("our.gray16le") + " --pix-fmt v210" + size).code, 0);
+    report({"v210", "gray16le", "-", Kind::Copy, 0}, readFile(path("their.y")), readFile(path("our.gray16le")));
+
+    const Pair gray = {"gray", "monob", "-", Kind::Copy, 0};
+    ASSERT_EQ(tpxconv(path("src.gray.bt601") + " " + path("our.monob") + " --pix-fmt gray --dither none" + size).code, 0);
+    ASSERT_EQ(ffmpeg(rawInput("monob", path("our.monob")) + " -pix_fmt gray -f rawvideo " + path("their.gray")).code, 0);
+    Bytes expect = readFile(path("src.gray.bt601"));
+    for (uint8_t& v : expect) v = v > 128 ? 255 : 0;
+    report(gray, expect, readFile(path("their.gray")));
+}
 
 }  // namespace

@@ -2,6 +2,7 @@
 // files, threads, and every kind of bad input (one line on standard error, a
 // non-zero exit and no output file).
 #include "tool_run.hpp"
+#include "tpxcc.h"
 
 #include <algorithm>
 #include <functional>
@@ -216,6 +217,42 @@ TEST(Tpxconv, SixteenBitsToEightWithEveryDither) {
     EXPECT_EQ(readFile(path("eight.raw")), outs[1]);
 }
 
+// v210 rows (six pixels in four words, rows of whole 128 bytes) give their
+// 10-bit luma, here of a region from the second group of the second row;
+// monob packs gray above the threshold as 1 bits, first pixel in the top bit,
+// rows of whole bytes.
+TEST(Tpxconv, V210InAndMonobOut) {
+    const Bytes v210 = randomBytes(128 * 2, 10);  // 8x2: a group and two pixels a row, then padding
+    writeFile(path("in.v210"), v210);
+    ASSERT_EQ(tpxconv(path("in.v210") + " " + path("y.raw") + " --pix-fmt v210 --size 8x2 --to gray16le --roi 6,1,2,1").code, 0);
+    const uint8_t* g = &v210[128 + 16];  // pixels 6 and 7: bits 10-19 of its word 0, bits 0-9 of word 1
+    const int y6 = (g[1] >> 2 | g[2] << 6) & 1023, y7 = (g[4] | g[5] << 8) & 1023;
+    EXPECT_EQ(readFile(path("y.raw")), (Bytes{uint8_t(y6), uint8_t(y6 >> 8), uint8_t(y7), uint8_t(y7 >> 8)}));
+
+    const Bytes gray = randomBytes(11 * 3, 11);
+    writeFile(path("g.gray"), gray);
+    ASSERT_EQ(tpxconv(path("g.gray") + " " + path("g.monob") + " --pix-fmt gray --size 11x3 --dither none --threshold 100").code, 0);
+    Bytes expect(2 * 3);
+    for (int i = 0; i < 11 * 3; ++i) expect[size_t(i / 11 * 2 + i % 11 / 8)] |= uint8_t((gray[size_t(i)] > 100) << (7 - i % 11 % 8));
+    EXPECT_EQ(readFile(path("g.monob")), expect);
+}
+
+// --gamma corrects the converted output in place, alpha untouched, on bands
+// on threads too: the library's gamma applied to the output without it.
+TEST(Tpxconv, GammaCorrectsTheOutput) {
+    writeFile(path("g.raw"), randomBytes(40 * 32 * 2, 12));  // two 8-bit gray frames or one 16-bit
+    auto run = [](const std::string& options) {
+        EXPECT_EQ(tpxconv(path("g.raw") + " " + path("g.out") + " --size 40x32 --threads 2 --pix-fmt " + options).code, 0);
+        return readFile(path("g.out"));
+    };
+    Bytes rgba = run("gray --to rgba --alpha 9"), rgb48 = run("gray16le --to rgb48le");
+    ASSERT_EQ(rgba.size() + rgb48.size(), size_t(40 * 64 * 4 + 40 * 32 * 6));
+    ASSERT_EQ(tpxiGammaFwd_8u_AC4IR(rgba.data(), 40 * 4, {40, 64}), tpxStatusOk);
+    ASSERT_EQ(tpxiGammaInv_16u_C3IR(reinterpret_cast<Tpx16u*>(rgb48.data()), 40 * 6, {40, 32}), tpxStatusOk);
+    EXPECT_EQ(run("gray --to rgba --alpha 9 --gamma fwd"), rgba);
+    EXPECT_EQ(run("gray16le --to rgb48le --gamma inv"), rgb48);
+}
+
 TEST(Tpxconv, BadInputGivesOneLineAndNoOutput) {
     writeFile(path("48.raw"), randomBytes(48, 6));    // one 4x4 rgb24 frame
     writeFile(path("100.raw"), randomBytes(100, 7));  // two 4x4 rgb24 frames and 4 bytes
@@ -247,6 +284,10 @@ TEST(Tpxconv, BadInputGivesOneLineAndNoOutput) {
         {"truncated PPM", path("short.ppm"), path("out.pgm"), ""},
         {"PPM holding gray", path("48.raw"), path("out.ppm"), raw4 + " --to gray"},
         {"demosaic below 5x5", path("48.raw"), path("out.ppm"), " --pix-fmt bayer_rggb8 --size 4x4"},
+        {"monob with ordered dither", path("48.raw"), path("out.raw"), raw4 + " --to monob --dither ordered"},
+        {"threshold out of range", path("48.raw"), path("out.monob"), raw4 + " --threshold 256"},
+        {"gamma on gray", path("48.raw"), path("out.gray"), raw4 + " --gamma fwd"},
+        {"v210 output", path("48.raw"), path("out.v210"), raw4},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);

@@ -99,10 +99,17 @@ int runDemo(const std::string& dir) {
             }
             continue;
         }
+        if (f.name == "v210") continue;  // read only: nothing converts to it
+        Options opt;
+        opt.dither = defaultDither(f);
         Route there, back;
-        const Frame made = convertTo(source, f, Options{}, there);
-        const Frame again = convertTo(made, view, Options{}, back);
+        const Frame made = convertTo(source, f, opt, there);
         save(made, dir + "/" + f.name + ".raw");
+        if (f.name == "monob") {  // written only: nothing converts from it
+            line(f.name, there, back, -1);
+            continue;
+        }
+        const Frame again = convertTo(made, view, opt, back);
         save(again, dir + "/" + f.name + ".ppm");
         line(f.name, there, back, colour ? maxError(pic, again) : -1);
     }

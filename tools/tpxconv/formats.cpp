@@ -9,30 +9,37 @@ using C = Comp;
 
 // Packed pixels: one plane, the components in memory order.
 Format packed(const char* name, int bytes, std::vector<Comp> order) {
-    Format f{name, bytes, {{1, 1, int(order.size())}}, {}, -1, {}};
+    Format f{name, bytes, {{1, 1, int(order.size())}}, {}, -1, {}, {}};
     for (size_t i = 0; i < order.size(); ++i) f.channels.push_back({order[i], 0, int(i), int(order.size())});
     return f;
 }
 
 // Y, U and V planes with chroma subsampled by xdiv x ydiv.
 Format planar(const char* name, int xdiv, int ydiv) {
-    return {name, 1, {{1, 1, 1}, {xdiv, ydiv, 1}, {xdiv, ydiv, 1}}, {{C::Y, 0, 0, 1}, {C::U, 1, 0, 1}, {C::V, 2, 0, 1}}, -1, {}};
+    return {name, 1, {{1, 1, 1}, {xdiv, ydiv, 1}, {xdiv, ydiv, 1}}, {{C::Y, 0, 0, 1}, {C::U, 1, 0, 1}, {C::V, 2, 0, 1}}, -1, {}, {}};
 }
 
 // 4:2:0 luma plane and one plane of chroma pairs (first, second).
 Format semiPlanar(const char* name, Comp first, Comp second) {
-    return {name, 1, {{1, 1, 1}, {2, 2, 2}}, {{C::Y, 0, 0, 1}, {first, 1, 0, 2}, {second, 1, 1, 2}}, -1, {}};
+    return {name, 1, {{1, 1, 1}, {2, 2, 2}}, {{C::Y, 0, 0, 1}, {first, 1, 0, 2}, {second, 1, 1, 2}}, -1, {}, {}};
 }
 
 // Packed 4:2:2: two bytes per pixel, components at the given offsets of a
 // four-byte pair.
 Format packed422(const char* name, int y, int u, int v) {
-    return {name, 1, {{1, 1, 2}}, {{C::Y, 0, y, 2}, {C::U, 0, u, 4}, {C::V, 0, v, 4}}, -1, {}};
+    return {name, 1, {{1, 1, 2}}, {{C::Y, 0, y, 2}, {C::U, 0, u, 4}, {C::V, 0, v, 4}}, -1, {}, {}};
 }
 
 Format bayer(const char* phase, int grid, int bytes) {
     Format f{std::string("bayer_") + phase + (bytes == 1 ? "8" : "16le"), bytes, {{1, 1, 1}}, {{C::Mosaic, 0, 0, 1}},
-             grid, bytes == 1 ? "bayer8" : "bayer16"};
+             grid, bytes == 1 ? "bayer8" : "bayer16", {}};
+    return f;
+}
+
+// One component in rows packed in groups.
+Format grouped(const char* name, int bytes, Comp comp, Packing packing) {
+    Format f = packed(name, bytes, {comp});
+    f.packing = packing;
     return f;
 }
 
@@ -54,6 +61,8 @@ std::vector<Format> makeFormats() {
         semiPlanar("nv21", C::V, C::U),
         packed422("yuyv422", 0, 1, 3),
         packed422("uyvy422", 1, 0, 2),
+        grouped("monob", 1, C::Gray, {8, 1, 1}),
+        grouped("v210", 4, C::Y, {6, 16, 128}),
     };
     const struct { const char* phase; int grid; } phases[] = {
         {"bggr", tpxBayerBGGR}, {"rggb", tpxBayerRGGB}, {"gbrg", tpxBayerGBRG}, {"grbg", tpxBayerGRBG}};
@@ -86,6 +95,10 @@ bool Format::hasComp(Comp c) const { return channel(c) != nullptr; }
 
 size_t Format::planeRowBytes(int p, int w) const {
     const Plane& pl = planes[size_t(p)];
+    if (isPacked()) {
+        const size_t groups = size_t(w + packing.pixels - 1) / size_t(packing.pixels), align = size_t(packing.align);
+        return (groups * size_t(packing.bytes) + align - 1) / align * align;
+    }
     return size_t(w / pl.xdiv) * size_t(pl.elems) * size_t(bytes);
 }
 
@@ -122,7 +135,9 @@ View viewOf(const Format& f, uint8_t* base, int fw, int fh, int x, int y, int w,
         const Plane& pl = f.planes[p];
         v.step[p] = int(f.planeRowBytes(int(p), fw));
         v.p[p] = base + at;
-        if (!f.isBayer())
+        if (f.isPacked())
+            v.p[p] += size_t(y) * size_t(v.step[p]) + size_t(x / f.packing.pixels) * size_t(f.packing.bytes);
+        else if (!f.isBayer())
             v.p[p] += size_t(y / pl.ydiv) * size_t(v.step[p]) + size_t(x / pl.xdiv) * size_t(pl.elems * f.bytes);
         at += f.planeBytes(int(p), fw, fh);
     }

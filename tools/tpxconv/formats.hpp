@@ -24,6 +24,13 @@ struct Plane {
     int elems = 1;           // elements per plane sample (3 for packed RGB, 2 for packed 4:2:2)
 };
 
+// Rows packed in groups: `pixels` pixels in `bytes` bytes, the row padded to
+// a multiple of `align` bytes (monob: 8 pixels a byte; v210: 6 pixels in four
+// 32-bit words, rows of whole 128 bytes).
+struct Packing {
+    int pixels = 0, bytes = 0, align = 1;
+};
+
 // Component `comp` sits in `plane` at element `offset` of the row, every
 // `stride` elements.
 struct Channel {
@@ -33,16 +40,20 @@ struct Channel {
 
 struct Format {
     std::string name;
-    int bytes = 1;  // bytes per element
+    int bytes = 1;  // bytes per element (v210: per 32-bit word)
     std::vector<Plane> planes;
     std::vector<Channel> channels;
     int grid = -1;      // TpxBayerGrid of a mosaic, else -1
     std::string group;  // "bayer8" or "bayer16" for mosaics
+    Packing packing;    // packed rows of monob and v210, else pixels = 0
 
     // Pixels per block: width and height must be multiples of these.
     int blockW() const;
     int blockH() const;
+    // A region of the format starts at a multiple of this many pixels.
+    int startW() const { return isPacked() ? packing.pixels : blockW(); }
     bool isBayer() const { return grid >= 0; }
+    bool isPacked() const { return packing.pixels > 0; }
     bool hasComp(Comp c) const;
     const Channel* channel(Comp c) const;
     // Horizontal and vertical sampling period of a component.

@@ -13,13 +13,14 @@ namespace {
 std::string quoted(const std::string& path) { return "'" + path + "'"; }
 std::string reason() { return std::strerror(errno); }
 
-// 16-bit PPM/PGM samples are big-endian, the raw 16-bit formats
-// little-endian; in memory they are in the processor's order.
+// 16-bit PPM/PGM samples are big-endian, the raw 16-bit formats and v210's
+// 32-bit words little-endian; in memory they are in the processor's order.
 constexpr bool kHostBigEndian = __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__;
-bool needsSwap(const Format& f, bool fileBigEndian) { return f.bytes == 2 && fileBigEndian != kHostBigEndian; }
+bool needsSwap(const Format& f, bool fileBigEndian) { return f.bytes > 1 && fileBigEndian != kHostBigEndian; }
 
-void swapBytes(uint8_t* p, size_t n) {
-    for (size_t i = 0; i + 1 < n; i += 2) std::swap(p[i], p[i + 1]);
+// Reverses the bytes of every element of `bytes` bytes.
+void swapBytes(uint8_t* p, size_t n, int bytes) {
+    for (size_t i = 0; i + size_t(bytes) <= n; i += size_t(bytes)) std::reverse(p + i, p + i + bytes);
 }
 
 // The next header number of a PPM/PGM file, skipping blanks and comments.
@@ -97,7 +98,7 @@ Frame Input::read() {
     Frame f(*fmt_, w_, h_);
     if (std::fread(f.data.data(), 1, f.bytes(), file_) != f.bytes())
         throw Failure("cannot read " + quoted(path_) + ": " + (std::ferror(file_) ? reason() : "file is shorter than it was"));
-    if (needsSwap(*fmt_, pnm_)) swapBytes(f.data.data(), f.bytes());
+    if (needsSwap(*fmt_, pnm_)) swapBytes(f.data.data(), f.bytes(), fmt_->bytes);
     return f;
 }
 
@@ -129,7 +130,7 @@ void Output::write(const Frame& frame) {
     }
     if (needsSwap(fmt_, pnm_)) {
         std::vector<uint8_t> swapped(frame.data.begin(), frame.data.begin() + std::ptrdiff_t(frame.bytes()));
-        swapBytes(swapped.data(), swapped.size());
+        swapBytes(swapped.data(), swapped.size(), fmt_.bytes);
         ok = ok && std::fwrite(swapped.data(), 1, swapped.size(), file_) == swapped.size();
     } else {
         ok = ok && std::fwrite(frame.data.data(), 1, frame.bytes(), file_) == frame.bytes();

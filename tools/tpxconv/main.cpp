@@ -24,18 +24,22 @@ const char kUsage[] =
     "  --matrix 601|709   YCbCr colour matrix (default 601)\n"
     "  --demosaic M       bilinear (default), vng or ahd, for Bayer inputs\n"
     "  --alpha N          alpha value 0..255 written where the output has alpha (default 255)\n"
-    "  --dither D         16-bit to 8-bit: none, fs, jjn, stucki or ordered (default ordered)\n"
+    "  --dither D         16-bit to 8-bit: none, fs, jjn, stucki or ordered (default ordered);\n"
+    "                     monob: none or stucki (default stucki)\n"
+    "  --threshold N      monob: gray samples above N (0..255, default 128) are white\n"
+    "  --gamma fwd|inv    forward or inverse video gamma on an RGB output, as the last step\n"
     "  --roi x,y,w,h      convert this rectangle of the input only\n"
     "  --threads N        convert frames, or bands of a frame, on N threads (default 1)\n"
     "formats: rgb24 bgr24 rgba bgra gray gray16le rgb48le bgra64le yuv444p yuv422p yuv420p yuv411p\n"
-    "         nv12 nv21 yuyv422 uyvy422 bayer_{bggr,rggb,gbrg,grbg}8 bayer_{bggr,rggb,gbrg,grbg}16le\n";
+    "         nv12 nv21 yuyv422 uyvy422 bayer_{bggr,rggb,gbrg,grbg}8 bayer_{bggr,rggb,gbrg,grbg}16le\n"
+    "         v210 (input only: its 10-bit luma as gray16le) monob (output only: 1 bit per pixel)\n";
 
 constexpr int kMaxSide = 1 << 20;
 
 struct Args {
     std::string input, output, pixFmt, to;
     int w = 0, h = 0, threads = 1;
-    bool roiGiven = false;
+    bool roiGiven = false, ditherGiven = false;
     int roi[4] = {0, 0, 0, 0};
     Options opt;
 };
@@ -92,6 +96,13 @@ Args parse(int argc, char** argv) {
             const auto at = std::find(std::begin(kNames), std::end(kNames), v);
             if (at == std::end(kNames)) throw Failure("--dither wants none, fs, jjn, stucki or ordered, got '" + v + "'");
             a.opt.dither = int(at - std::begin(kNames));
+            a.ditherGiven = true;
+        } else if (arg == "--threshold") {
+            if (!parseInts(v, ',', &a.opt.threshold, 1) || a.opt.threshold > 255)
+                throw Failure("--threshold wants 0..255, got '" + v + "'");
+        } else if (arg == "--gamma") {
+            if (v != "fwd" && v != "inv") throw Failure("--gamma wants fwd or inv, got '" + v + "'");
+            a.opt.gamma = v == "fwd" ? Gamma::Fwd : Gamma::Inv;
         } else if (arg == "--roi") {
             if (!parseInts(v, ',', a.roi, 4) || a.roi[2] < 1 || a.roi[3] < 1) throw Failure("--roi wants x,y,w,h, got '" + v + "'");
             a.roiGiven = true;
@@ -147,12 +158,14 @@ void convert(const Args& a) {
         if ((long long)roi[0] + roi[2] > in.width() || (long long)roi[1] + roi[3] > in.height())
             throw Failure("--roi reaches outside the " + std::to_string(in.width()) + "x" +
                           std::to_string(in.height()) + " input");
-        if (roi[0] % from.blockW() || roi[1] % from.blockH())
-            throw Failure("--roi of " + from.name + " must start at multiples of " + std::to_string(from.blockW()) +
+        if (roi[0] % from.startW() || roi[1] % from.blockH())
+            throw Failure("--roi of " + from.name + " must start at multiples of " + std::to_string(from.startW()) +
                           "x" + std::to_string(from.blockH()));
     }
     const Format& to = outputFormat(a, from);
-    const Route route = findRoute(from, to, a.opt);
+    Options opt = a.opt;
+    if (!a.ditherGiven) opt.dither = defaultDither(to);
+    const Route route = findRoute(from, to, opt);
     checkRouteSize(route, from, roi[2], roi[3]);
     Output out(a.output, to, isPnmName(a.output));
 
@@ -167,7 +180,7 @@ void convert(const Args& a) {
             sv.push_back(viewOf(from, srcs.back().data.data(), in.width(), in.height(), roi[0], roi[1], roi[2], roi[3]));
             dv.push_back(dsts.back().view);
         }
-        convertFrames(route, sv, dv, a.opt, a.threads);
+        convertFrames(route, sv, dv, opt, a.threads);
         for (const Frame& f : dsts) out.write(f);
         done += batch;
         if (bar) progress(done, in.frames());

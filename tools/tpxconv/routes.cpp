@@ -56,15 +56,30 @@ std::array<Tpx32f, 4> vngGains(const Options& o) { return {1.f, 1.f, 1.f, Tpx32f
 #define MOS s.p[0], s.mosaicRoi, s.mosaicSize, s.step[0]
 #define MOS16 u16(s.p[0]), s.mosaicRoi, s.mosaicSize, s.step[0]
 #define ROI s.roi()
+// v210 steps count 32-bit words, its gray destination's steps 16-bit words.
+#define V210 reinterpret_cast<const Tpx32u*>(s.p[0]), s.step[0] / 4, u16(d.p[0]), d.step[0] / 2
 #define AL Tpx8u(o.alpha)
-// 16 bits to 8 through the bit-depth reduction, 256 levels, the chosen dither,
-// with a work buffer of the size the library asks for.
+// A work buffer of the size the bit-depth reduction asks for, for the chosen dither.
+TpxStatus workBuffer(int layout, const View& s, const Options& o, std::vector<uint8_t>& buffer) {
+    int size = 0;
+    const TpxStatus st = tpxiReduceBitsGetBufferSize(layout, s.w, 0, o.dither, &size);
+    buffer.resize(size_t(std::max(size, 0)) + 1);
+    return st;
+}
+// 16 bits to 8 through the bit-depth reduction, 256 levels, the chosen dither.
 template <class Fn>
 TpxStatus reduce16(Fn fn, int layout, const View& s, const View& d, const Options& o) {
-    int size = 0;
-    if (TpxStatus st = tpxiReduceBitsGetBufferSize(layout, s.w, 0, o.dither, &size); st < 0) return st;
-    std::vector<uint8_t> buffer(size_t(size) + 1);
+    std::vector<uint8_t> buffer;
+    if (TpxStatus st = workBuffer(layout, s, o, buffer); st < 0) return st;
     return fn(u16(s.p[0]), s.step[0], d.p[0], d.step[0], s.roi(), 0, o.dither, 256, buffer.data());
+}
+// Gray to one bit per pixel, most significant bit first: a sample above the
+// threshold gives 1, which monob reads as white.
+TpxStatus toOneBit(const View& s, const View& d, const Options& o) {
+    std::vector<uint8_t> buffer;
+    if (TpxStatus st = workBuffer(1, s, o, buffer); st < 0) return st;
+    return tpxiReduceBits_8u1u_C1R(s.p[0], s.step[0], d.p[0], d.step[0], 0, s.roi(), 0, 0, o.dither,
+                                   Tpx8u(o.threshold), buffer.data());
 }
 #define R16(from, to, fn, layout)                                                       \
     {from, to, Matrix::Any, Method::Any, kLossy, #fn,                                   \
@@ -142,6 +157,8 @@ const Edge kEdges[] = {
     E("gray", "bgra", Any, Any, kExact, tpxiGrayToRGB_8u_C1C4R, (S0, D0, ROI, AL)),
     E("gray16le", "rgb48le", Any, Any, kExact, tpxiGrayToRGB_16u_C1C3R, (S16, D16, ROI)),
     E("gray16le", "bgra64le", Any, Any, kExact, tpxiGrayToRGB_16u_C1C4R, (S16, D16, ROI, Tpx16u(o.alpha * 257))),
+    E("v210", "gray16le", Any, Any, kGray, tpxiYUV422v210ToGray_709HDTV_32u16u_C3C1, (V210, ROI)),
+    {"gray", "monob", Matrix::Any, Method::Any, kLossy, "tpxiReduceBits_8u1u_C1R", toOneBit},
     // 16 bits to 8
     R16("gray16le", "gray", tpxiReduceBits_16u8u_C1R, 1),
     R16("rgb48le", "rgb24", tpxiReduceBits_16u8u_C3R, 3),
@@ -174,6 +191,36 @@ const Edge kEdges[] = {
     E("uyvy422", "nv12", Any, Any, kLossy, tpxiCbYCr422ToYCbCr420_8u_C2P2R, (S0, D2, ROI)),
     E("nv12", "uyvy422", Any, Any, kLossy, tpxiYCbCr420ToCbYCr422_8u_P2C2R, (S2, D0, ROI)),
 };
+
+// ---- Gamma correction of RGB outputs, in place, alpha untouched ----
+
+template <class T>
+TpxStatus inPlace(TpxStatus (*fn)(T*, int, TpxSize), const View& v) {
+    return fn(reinterpret_cast<T*>(v.p[0]), v.step[0], v.roi());
+}
+
+struct GammaEdge {
+    Gamma gamma;
+    int bytes, channels;  // of the RGB format it corrects
+    const char* function;
+    Run run;
+};
+#define GAMMA(dir, type, layout, bytes, channels)                                    \
+    {Gamma::dir, bytes, channels, "tpxiGamma" #dir "_" #type "_" #layout "IR",          \
+     [](const View& v, const View&, const Options&) { return inPlace(tpxiGamma##dir##_##type##_##layout##IR, v); }}
+
+const GammaEdge kGammaEdges[] = {
+    GAMMA(Fwd, 8u, C3, 1, 3), GAMMA(Fwd, 8u, AC4, 1, 4), GAMMA(Fwd, 16u, C3, 2, 3), GAMMA(Fwd, 16u, AC4, 2, 4),
+    GAMMA(Inv, 8u, C3, 1, 3), GAMMA(Inv, 8u, AC4, 1, 4), GAMMA(Inv, 16u, C3, 2, 3), GAMMA(Inv, 16u, AC4, 2, 4),
+};
+
+Step gammaStep(const Format& f, Gamma g) {
+    if (f.hasComp(Comp::R))
+        for (const GammaEdge& e : kGammaEdges)
+            if (e.gamma == g && e.bytes == f.bytes && e.channels == int(f.channels.size()))
+                return {&f, &f, e.function, false, e.run, true};
+    throw Failure("--gamma corrects RGB outputs (rgb24, bgr24, rgba, bgra, rgb48le, bgra64le), not " + f.name);
+}
 
 // ---- Repacking: moving samples between layouts of the same components ----
 //
@@ -230,7 +277,7 @@ TpxStatus repack(const View& s, const View& d, const Options& o) {
 // Layouts of the same colour components with the same sampling repack
 // exactly; a missing alpha is filled.
 bool repackable(const Format& a, const Format& b) {
-    if (&a == &b || a.bytes != b.bytes || a.isBayer() || b.isBayer()) return false;
+    if (&a == &b || a.bytes != b.bytes || a.isBayer() || b.isBayer() || a.isPacked() || b.isPacked()) return false;
     for (const Channel& cb : b.channels) {
         const Channel* ca = a.channel(cb.comp);
         if (!ca && cb.comp == Comp::A) continue;
@@ -259,8 +306,12 @@ std::string Route::describe() const {
     return out;
 }
 
-Route findRoute(const Format& from, const Format& to, const Options& opt) {
-    if (&from == &to && !from.isBayer()) return Route{{repackStep(from, to)}};  // a copy, of the ROI say
+int defaultDither(const Format& to) { return to.name == "monob" ? 3 : 4; }
+
+static Route cheapestRoute(const Format& from, const Format& to, const Options& opt) {
+    if (to.name == "monob" && opt.dither != 0 && opt.dither != 3)
+        throw Failure("monob output dithers with none or stucki only");
+    if (&from == &to && !from.isBayer() && !from.isPacked()) return Route{{repackStep(from, to)}};  // a copy, of the ROI say
     // All steps usable with these options, as (cost, step).
     std::vector<std::pair<int, Step>> edges;
     for (const Edge& e : kEdges) {
@@ -292,12 +343,14 @@ Route findRoute(const Format& from, const Format& to, const Options& opt) {
         }
     }
     const size_t target = size_t(formatIndex(to));
-    if (dist[target] == INT_MAX) {
+    if (dist[target] == INT_MAX || &from == &to) {  // a mosaic or packed rows cannot be copied
         std::string why = "no conversion from " + from.name + " to " + to.name + " in this library";
         if (opt.matrix == Matrix::Bt709) why += " with BT.709";
         if (from.isBayer() && opt.method != Method::Bilinear)
             why += opt.matrix == Matrix::Bt709 ? " and this demosaic method" : " with this demosaic method";
-        if (from.bytes != to.bytes) why += " (16-bit formats convert only among themselves)";
+        if (from.name == "monob") why += " (monob is an output format only)";
+        else if (to.name == "v210") why += " (v210 is an input format only)";
+        else if (from.bytes != to.bytes) why += " (16-bit formats convert only among themselves)";
         throw Failure(why);
     }
     Route r;
@@ -307,17 +360,26 @@ Route findRoute(const Format& from, const Format& to, const Options& opt) {
     return r;
 }
 
+Route findRoute(const Format& from, const Format& to, const Options& opt) {
+    Route r = cheapestRoute(from, to, opt);
+    if (opt.gamma != Gamma::None) r.steps.push_back(gammaStep(to, opt.gamma));
+    return r;
+}
+
 void runRoute(const Route& route, const View& src, const View& dst, const Options& opt) {
+    // The steps from `last` on work in place on dst, written by the step before them.
+    size_t last = route.steps.size();
+    while (last > 1 && route.steps[last - 1].inPlace) --last;
     View in = src;
     Frame scratch[2];
     for (size_t i = 0; i < route.steps.size(); ++i) {
         const Step& s = route.steps[i];
         View out = dst;
-        if (i + 1 < route.steps.size()) {
+        if (i + 1 < last) {
             scratch[i % 2] = Frame(*s.to, src.w, src.h);
             out = scratch[i % 2].view;
         }
-        const TpxStatus st = s.run(in, out, opt);
+        const TpxStatus st = s.run(s.inPlace ? out : in, out, opt);
         if (st < 0) throw Failure(s.function + " failed with status " + std::to_string(st));
         in = out;
     }

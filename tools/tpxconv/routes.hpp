@@ -11,13 +11,20 @@ namespace conv {
 
 enum class Matrix { Any, Bt601, Bt709 };
 enum class Method { Any, Bilinear, Vng, Ahd };
+enum class Gamma { None, Fwd, Inv };
 
 struct Options {
     Matrix matrix = Matrix::Bt601;
     Method method = Method::Bilinear;
     int alpha = 255;  // 0..255; 16-bit formats get alpha * 257
-    int dither = 4;   // 16-bit to 8-bit: the bit-depth reduction's dither type (0 none .. 4 ordered)
+    int dither = 4;   // the bit-depth reduction's dither type (0 none .. 4 ordered); see defaultDither
+    int threshold = 128;  // monob: a white pixel is a gray sample above this
+    Gamma gamma = Gamma::None;  // applied to an RGB output as the last step
 };
+
+// The dither type when none is chosen: ordered, but Stucki for monob (the
+// one-bit reduction offers only none and Stucki).
+int defaultDither(const Format& to);
 
 using Run = TpxStatus (*)(const View& src, const View& dst, const Options& opt);
 
@@ -29,6 +36,7 @@ struct Step {
     std::string function;  // the export that does it
     bool exact;
     Run run;
+    bool inPlace = false;  // works on the previous step's output (run gets it as both views)
 };
 
 struct Route {
