@@ -4,6 +4,7 @@
 #include "tone/gamma.hpp"
 
 #include "frame/block_images.hpp"
+#include "frame/byte_table.hpp"
 #include "frame/cpu.hpp"
 #include "tone/gamma_table.hpp"
 
@@ -16,12 +17,15 @@ const Rows& rows() { return *pick(TierKernels<const Rows*>{&kRows, TPX_X86(&kRow
 // Table rows: K elements per pixel, the first three (all of a plane's)
 // looked up, one by one in increasing address order, so that where the
 // images overlap each sample is read after the writes before it. A row
-// whose source and destination bytes are apart gives the same result eight
-// samples at a time (rows run in order, so deciding row by row keeps the
+// whose source and destination bytes are apart gives the same result a vector
+// (8u) or eight samples (16u) at a time (rows run in order, so deciding row by row keeps the
 // image's order too).
 template <class T, int K>
 void lookupApart(const T* __restrict s, T* __restrict d, Len n, const T* __restrict t) {
-    if constexpr (K == 4) {
+    if constexpr (sizeof(T) == 1) {
+        if constexpr (K == 4) ::tpx::lookupBytes3of4(t, s, d, n);
+        else ::tpx::lookupBytes(t, s, d, n * K);
+    } else if constexpr (K == 4) {
         for (Len p = 0; p < n; ++p)
             for (int c = 0; c < 3; ++c) d[4 * p + c] = t[s[4 * p + c]];
     } else {

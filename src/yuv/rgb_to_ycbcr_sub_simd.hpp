@@ -16,6 +16,7 @@
 // stores put them back in order.
 #pragma once
 
+#include "frame/byte_table.hpp"
 #include "yuv/rgb_to_ycbcr_sub.hpp"
 
 #include <immintrin.h>
@@ -168,7 +169,7 @@ int rowSimdGamma(const Rows& r, const Arith& a) {
     while (r.width - x >= 8 * V::lanes) {
         const int n = r.width - x < chunk ? r.width - x : chunk;
         const uint8_t* s = r.src[0][0] + std::ptrdiff_t(x) * 3;
-        for (int i = 0; i < 3 * n; ++i) buf[i] = tone::kGammaFwd8u[s[i]];
+        ::tpx::lookupBytes(tone::kGammaFwd8u, s, buf, 3 * std::ptrdiff_t(n));
         c.y[0] = r.y[0] + 2 * std::ptrdiff_t(x);
         c.width = n;
         const int done = rowSimd<V, Plain>(c, a);

@@ -1,0 +1,25 @@
+#include "frame/byte_table.hpp"
+
+#include "frame/cpu.hpp"
+
+namespace tpx {
+
+void lookupBytes(const uint8_t* table, const uint8_t* s, uint8_t* d, std::ptrdiff_t n) {
+    std::ptrdiff_t i = 0;
+#if TPX_HAVE_X86
+    if (activeAvx512Vbmi()) i = avx512vbmi::lookupBytes(table, s, d, n);
+    else if (activeTier() >= Tier::Avx2) i = avx2::lookupBytes(table, s, d, n);
+#endif
+    for (; i < n; ++i) d[i] = table[s[i]];
+}
+
+void lookupBytes3of4(const uint8_t* table, const uint8_t* s, uint8_t* d, std::ptrdiff_t n) {
+    std::ptrdiff_t p = 0;
+#if TPX_HAVE_X86
+    if (activeAvx512Vbmi()) p = avx512vbmi::lookupBytes3of4(table, s, d, n);
+#endif
+    for (; p < n; ++p)
+        for (int c = 0; c < 3; ++c) d[4 * p + c] = table[s[4 * p + c]];
+}
+
+}  // namespace tpx
