@@ -69,15 +69,29 @@ inline uint16_t colour(int Y, int Cb, int Cr) {
     return uint16_t(Rgb ? r | g << 5 | b << 11 : b | g << 5 | r << 11);
 }
 
-// Whole groups of six pixels, then the pixels of a partial last group.
+// Whole groups of six pixels, then the pixels of a partial last group. The
+// colour rows unpack a chunk of groups into Y, Cb, Cr arrays (each pair's
+// chroma repeated) and convert those pixels in one loop the compiler
+// vectorises.
 template <int Kind>  // 0 gray, 1 RGB, 2 BGR
 void v210Row(const uint32_t* __restrict s, uint16_t* __restrict d, Len n) {
     const Len groups = n / 6;
-    for (Len g = 0; g < groups; ++g)
-        for (int i = 0; i < 6; ++i) {
-            const int Y = lumaOf(s, g, i);
-            d[6 * g + i] = Kind == 0 ? uint16_t(Y) : colour<Kind == 1>(Y, cbOf(s, g, i / 2), crOf(s, g, i / 2));
+    if constexpr (Kind == 0) {
+        for (Len g = 0; g < groups; ++g)
+            for (int i = 0; i < 6; ++i) d[6 * g + i] = uint16_t(lumaOf(s, g, i));
+    } else {
+        constexpr Len kGroups = 32;
+        alignas(64) int Y[6 * kGroups], Cb[6 * kGroups], Cr[6 * kGroups];
+        for (Len g0 = 0; g0 < groups; g0 += kGroups) {
+            const Len m = groups - g0 < kGroups ? groups - g0 : kGroups;
+            for (Len g = 0; g < m; ++g)
+                for (int i = 0; i < 6; ++i)
+                    Y[6 * g + i] = lumaOf(s, g0 + g, i), Cb[6 * g + i] = cbOf(s, g0 + g, i / 2),
+                    Cr[6 * g + i] = crOf(s, g0 + g, i / 2);
+            uint16_t* __restrict out = d + 6 * g0;
+            for (Len i = 0; i < 6 * m; ++i) out[i] = colour<Kind == 1>(Y[i], Cb[i], Cr[i]);
         }
+    }
     for (int i = 0; i < int(n - 6 * groups); ++i) {
         const int Y = lumaOf(s, groups, i);
         d[6 * groups + i] =
