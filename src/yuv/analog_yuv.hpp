@@ -46,6 +46,19 @@ using Row420 = void (*)(const uint8_t* const* s0, const uint8_t* const* s1, uint
 // copied, or the alpha argument.
 enum Fourth { kNone, kKeep, kCopy, kValue };
 
+// The vector builds (analog_yuv_avx2.cpp, analog_yuv_avx512.cpp) store a
+// four-byte pixel whole, its own fourth byte merged back in, as the other
+// AC4 vector rows of the library do.
+#ifndef TPX_ANALOG_MERGE_FOURTH
+#define TPX_ANALOG_MERGE_FOURTH 0
+#endif
+constexpr bool kMergeFourth = TPX_ANALOG_MERGE_FOURTH;
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+constexpr bool kLittleEndian = true;
+#else
+constexpr bool kLittleEndian = false;
+#endif
+
 // Every row kind of the members: the template arguments of each (elements
 // per source pixel, BGR source, elements per destination pixel, BGR
 // destination or fourth channel).
@@ -93,6 +106,24 @@ struct Out {
         if constexpr (K == 1) (c == 0 ? p0 : c == 1 ? p1 : c == 2 ? p2 : p3)[i] = uint8_t(v);
         else p0[Side<K, Bgr>::at(i, c)] = uint8_t(v);
     }
+    // Channels 0, 1, 2 of pixel i, and a fourth byte `alpha` when F is kValue.
+    // Four-byte pixels go out as one 32-bit word on little-endian hosts:
+    // with the alpha value, or (vector builds, kMergeFourth) with the pixel's
+    // own fourth byte read back, so that it keeps its value; otherwise byte
+    // by byte, the fourth byte untouched.
+    template <int F>
+    void put3(Len i, int v0, int v1, int v2, uint8_t alpha = 0) const {
+        if constexpr (K == 4 && kLittleEndian && (F == kValue || kMergeFourth)) {
+            const uint32_t colour = uint32_t(Bgr ? v2 | v1 << 8 | v0 << 16 : v0 | v1 << 8 | v2 << 16);
+            uint32_t w = uint32_t(alpha) << 24;
+            if constexpr (F != kValue) std::memcpy(&w, p0 + 4 * i, 4), w &= 0xFF000000u;
+            w |= colour;
+            std::memcpy(p0 + 4 * i, &w, 4);
+        } else {
+            set(i, 0, v0), set(i, 1, v1), set(i, 2, v2);
+            if constexpr (F == kValue) set(i, 3, alpha);
+        }
+    }
 };
 
 // Pixels of a row are independent, and a destination row never overlaps a
@@ -131,9 +162,8 @@ void encode444(const uint8_t* const* s, uint8_t* const* d, Len n, uint8_t) {
     TPX_INDEPENDENT
     for (Len i = 0; i < n; ++i) {
         const int R = in.get(i, 0), G = in.get(i, 1), B = in.get(i, 2), S = lumaSum(R, G, B);
-        out.set(i, 0, (S + 32768) >> 16);
-        out.set(i, 1, ((((B << 16) - S + 32768) >> 16) * 32244 >> 16) + 128);
-        out.set(i, 2, clamp255(((((R << 16) - S + 32768) >> 16) * 57475 >> 16) + 128));
+        out.template put3<F>(i, (S + 32768) >> 16, ((((B << 16) - S + 32768) >> 16) * 32244 >> 16) + 128,
+                             clamp255(((((R << 16) - S + 32768) >> 16) * 57475 >> 16) + 128));
         if constexpr (F == kCopy) out.set(i, 3, in.get(i, 3));
     }
 }
@@ -147,10 +177,8 @@ void decodePixels(const uint8_t* const* s, uint8_t* const* d, Len n, uint8_t alp
     TPX_INDEPENDENT
     for (Len i = 0; i < n; ++i) {
         const int Y = in.get(i, 0) << 16, U = in.get(i, 1) - 128, V = in.get(i, 2) - 128;
-        out.set(i, 0, clamp255((Y + 74711 * V + half) >> 16));
-        out.set(i, 1, clamp255((Y - 25821 * U - 38076 * V) >> 16));
-        out.set(i, 2, clamp255((Y + 133169 * U + half) >> 16));
-        if constexpr (F == kValue) out.set(i, 3, alpha);
+        out.template put3<F>(i, clamp255((Y + 74711 * V + half) >> 16), clamp255((Y - 25821 * U - 38076 * V) >> 16),
+                             clamp255((Y + 133169 * U + half) >> 16), alpha);
     }
 }
 template <int SK, int SB, int DK, int F>

@@ -1,4 +1,5 @@
 // Analog YUV rows compiled for AVX2 (bodies in analog_yuv.hpp).
+#define TPX_ANALOG_MERGE_FOURTH 1
 #include "yuv/analog_yuv.hpp"
 
 namespace tpx::analog {
