@@ -32,35 +32,29 @@ Image planesOf(const uint8_t* const* p, const int* s) {
 }
 Image planesOf(uint8_t* const* p, const int* s) { return {{p[0], p[1], p[2]}, {s[0], s[1], s[2]}}; }
 
-// Chroma row i of a 4:2:2 image given as planes or as packed CbYCr pairs,
-// component c (1 Cb, 2 Cr), columns [k0, k0 + n): a pointer into the plane
-// or the samples unpacked into `scratch`.
-const uint8_t* row422(const Image& im, bool packed, int c, Len i, Len k0, Len n, uint8_t* scratch) {
-    if (!packed) return im.row(c, i) + k0;
-    alignas(64) uint8_t pairs[2 * kChunk];
-    rows().split2(im.row(0, i) + 4 * k0, 2 * n, pairs, nullptr);  // Cb Y Cr Y: the even bytes
-    rows().split2(pairs, n, c == 1 ? scratch : nullptr, c == 1 ? nullptr : scratch);
-    return scratch;
-}
-
-// Interlaced 4:2:2 (planes or packed CbYCr) to 4:2:0 planes.
+// Interlaced 4:2:2 (planes or packed CbYCr) to 4:2:0 planes. A packed row
+// is read once: its luma goes to the destination, its chroma to scratch rows.
 TpxStatus interlacedTo420(const Image& src, bool packed, const Image& dst, TpxSize roi) {
     TPX_CHECK(check::size(roi, 2, 4));
     const int W = roi.width & ~1, H = roi.height & ~3;
-    if (packed)
-        for (int y = 0; y < H; ++y) rows().split2(src.row(0, y), W, nullptr, dst.row(0, y));
-    else
-        copyPlane(src.p[0], src.step[0], dst.p[0], dst.step[0], W, H, PlaneStreaming::CacheSize, rows().copy);
-    alignas(64) uint8_t r[4][kChunk];
-    for (int c = 1; c <= 2; ++c)
-        for (int m = 0; m < H / 4; ++m)
-            for (Len k0 = 0; k0 < W / 2; k0 += kChunk) {
-                const Len n = std::min<Len>(W / 2 - k0, kChunk);
-                const uint8_t* q[4];
-                for (int t = 0; t < 4; ++t) q[t] = row422(src, packed, c, 4 * m + t, k0, n, r[t]);
+    if (!packed) copyPlane(src.p[0], src.step[0], dst.p[0], dst.step[0], W, H, PlaneStreaming::CacheSize, rows().copy);
+    alignas(64) uint8_t cb[4][kChunk], cr[4][kChunk];
+    for (int m = 0; m < H / 4; ++m)
+        for (Len k0 = 0; k0 < W / 2; k0 += kChunk) {
+            const Len n = std::min<Len>(W / 2 - k0, kChunk);
+            const uint8_t *b[4], *r[4];
+            for (int t = 0; t < 4; ++t) {
+                const int y = 4 * m + t;
+                if (packed) rows().unpack422(src.row(0, y) + 4 * k0, n, true, dst.row(0, y) + 2 * k0, cb[t], cr[t]);
+                b[t] = packed ? cb[t] : src.row(1, y) + k0;
+                r[t] = packed ? cr[t] : src.row(2, y) + k0;
+            }
+            for (int c = 1; c <= 2; ++c) {
+                const uint8_t* const* q = c == 1 ? b : r;
                 rows().blend(q[0], q[2], n, 3, 2, dst.row(c, 2 * m) + k0);
                 rows().blend(q[3], q[1], n, 3, 2, dst.row(c, 2 * m + 1) + k0);
             }
+        }
     return (roi.width | roi.height) & 1 || roi.height % 4 ? tpxStatusOddSize : tpxStatusOk;
 }
 
@@ -72,7 +66,7 @@ TpxStatus interlacedTo422(const Image& src, const Image& dst, bool packed, TpxSi
     // Weights of c0 (or c1) in eighths for output rows 4g..4g+3; the other
     // row of the same field takes the rest.
     static constexpr int kFirst[4] = {5, 7, 1, 3};
-    alignas(64) uint8_t out[2][kChunk], pairs[2 * kChunk];
+    alignas(64) uint8_t out[2][kChunk];
     for (int g = 0; g < H / 4; ++g)
         for (int o = 0; o < 4; ++o) {
             const int field = o & 1, a = 2 * g + field, b = std::min(a + 2, n - 2 + field);
@@ -82,10 +76,7 @@ TpxStatus interlacedTo422(const Image& src, const Image& dst, bool packed, TpxSi
                     uint8_t* d = packed ? out[c - 1] : dst.row(c, 4 * g + o) + k0;
                     rows().blend(src.row(c, a) + k0, src.row(c, b) + k0, cn, kFirst[o], 3, d);
                 }
-                if (packed) {
-                    rows().merge2(out[0], out[1], cn, pairs);
-                    rows().merge2(pairs, src.row(0, 4 * g + o) + 2 * k0, 2 * cn, dst.row(0, 4 * g + o) + 4 * k0);
-                }
+                if (packed) rows().pack422(src.row(0, 4 * g + o) + 2 * k0, out[0], out[1], cn, true, dst.row(0, 4 * g + o) + 4 * k0);
             }
         }
     return (roi.width | roi.height) & 1 || roi.height % 4 ? tpxStatusOddSize : tpxStatusOk;
