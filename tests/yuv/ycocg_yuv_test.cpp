@@ -238,6 +238,10 @@ TEST(YCoCgYuv, StatedValues) {
     EXPECT_EQ(onePixel("tpxiRGBToYUV_8u_C3R", {255, 0, 0}).at(2), 255);
     EXPECT_EQ(onePixel("tpxiYUVToRGB_8u_C3R", {255, 255, 255}), (V{255, 131, 255}));
     EXPECT_EQ(onePixel("tpxiYUVToRGB_8u_C3R", {0, 128, 128}), (V{0, 0, 0}));
+    // 4:2:0 encoder: four pixels (0, 199, 74) have weighted sums of exactly
+    // 501 * 65536, so U is ((4 * 74 - 501) * 65536 + 131071) >> 16 = -204,
+    // -204 * 32244 >> 18 = -26, plus 128: 102 (a rounding term one larger gives 103).
+    EXPECT_EQ(onePixel("tpxiRGBToYUV420_8u_C3P3R", {0, 199, 74}).at(1), 102);
     // 12-bit: 0xABC and 0x123 pack to 0xAB 0xC1 0x23 and back.
     const uint16_t in12[2] = {0xABC, 0x123};
     uint8_t packed[3] = {};
