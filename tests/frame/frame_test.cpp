@@ -1,5 +1,4 @@
 // The version record, the cache query and the streaming-store helpers.
-#include "frame/check.hpp"
 #include "frame/stream.hpp"
 #include "tpxcc.h"
 #include "tpxcore.h"
@@ -32,22 +31,6 @@ TEST(CacheQuery, ReportsAPlausibleSizeOrFails) {
     } else {
         EXPECT_EQ(size, -1);
     }
-}
-
-TEST(Checks, FirstFailureWins) {
-    auto entry = [](const void* p, TpxSize roi, int step) -> TpxStatus {
-        TPX_CHECK(tpx::check::notNull(p));
-        TPX_CHECK(tpx::check::size(roi, 2, 2));
-        TPX_CHECK(tpx::check::steps(step));
-        return tpxStatusOk;
-    };
-    int x = 0;
-    EXPECT_EQ(entry(nullptr, {0, 0}, 0), tpxStatusNullPtr);
-    EXPECT_EQ(entry(&x, {1, 5}, 0), tpxStatusBadSize);
-    EXPECT_EQ(entry(&x, {2, 2}, 0), tpxStatusBadStep);
-    EXPECT_EQ(entry(&x, {2, 2}, 1), tpxStatusOk);
-    EXPECT_EQ(tpx::check::fits32(int64_t(1) << 31, 5), tpxStatusSizeTooLarge);
-    EXPECT_EQ(tpx::check::fits32(INT32_MAX, 5), tpxStatusOk);
 }
 
 // Streamed and cached stores write the same bytes at every alignment and length.

@@ -42,19 +42,8 @@ struct Bits {
 
 // Samples of one row: random bits, or 0..1 for floating types.
 void fillRow(Elem e, uint8_t* p, int64_t bytes, Bits& rng) {
-    if (e == Elem::F32) {
-        for (int64_t i = 0; i + 4 <= bytes; i += 4) {
-            const float f = float(rng() % 256) / 255.0f;
-            std::memcpy(p + i, &f, 4);
-        }
-    } else if (e == Elem::F64) {
-        for (int64_t i = 0; i + 8 <= bytes; i += 8) {
-            const double f = double(rng() % 256) / 255.0;
-            std::memcpy(p + i, &f, 8);
-        }
-    } else {
-        rng.fill(p, bytes);
-    }
+    if (e != Elem::F32 && e != Elem::F64) return rng.fill(p, bytes);
+    for (int64_t i = 0; i + elemBytes(e) <= bytes; i += elemBytes(e)) storeSample(e, p + i, double(rng() % 256) / 255.0);
 }
 
 }  // namespace

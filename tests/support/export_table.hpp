@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 namespace tpxtest {
@@ -35,6 +36,33 @@ enum class StepUnit : uint8_t {
 enum class Elem : uint8_t { U8, U16, S16, U32, S32, F32, F64 };
 constexpr int elemBytes(Elem e) {
     return e == Elem::U8 ? 1 : e == Elem::U16 || e == Elem::S16 ? 2 : e == Elem::F64 ? 8 : 4;
+}
+// The sample of type e at p as a number, and v stored there (integers
+// truncated: the caller rounds and saturates). p need not be aligned.
+template <class T> T loadAs(const uint8_t* p) { T v; std::memcpy(&v, p, sizeof v); return v; }
+template <class T> void storeAs(uint8_t* p, T v) { std::memcpy(p, &v, sizeof v); }
+inline double loadSample(Elem e, const uint8_t* p) {
+    switch (e) {
+        case Elem::U8: return *p;
+        case Elem::U16: return loadAs<uint16_t>(p);
+        case Elem::S16: return loadAs<int16_t>(p);
+        case Elem::U32: return loadAs<uint32_t>(p);
+        case Elem::S32: return loadAs<int32_t>(p);
+        case Elem::F32: return loadAs<float>(p);
+        case Elem::F64: return loadAs<double>(p);
+    }
+    return 0;
+}
+inline void storeSample(Elem e, uint8_t* p, double v) {
+    switch (e) {
+        case Elem::U8: storeAs(p, uint8_t(v)); break;
+        case Elem::U16: storeAs(p, uint16_t(v)); break;
+        case Elem::S16: storeAs(p, int16_t(v)); break;
+        case Elem::U32: storeAs(p, uint32_t(v)); break;
+        case Elem::S32: storeAs(p, int32_t(v)); break;
+        case Elem::F32: storeAs(p, float(v)); break;
+        case Elem::F64: storeAs(p, v); break;
+    }
 }
 
 // One plane: `unitBytes` bytes for every `hsub` pixels of a row (whole units

@@ -10,20 +10,6 @@
 namespace tpxtest {
 namespace {
 
-double sample(Elem e, const uint8_t* p, bool& nan) {
-    nan = false;
-    switch (e) {
-        case Elem::U8: return *p;
-        case Elem::U16: { uint16_t v; std::memcpy(&v, p, 2); return v; }
-        case Elem::S16: { int16_t v; std::memcpy(&v, p, 2); return v; }
-        case Elem::U32: { uint32_t v; std::memcpy(&v, p, 4); return v; }
-        case Elem::S32: { int32_t v; std::memcpy(&v, p, 4); return v; }
-        case Elem::F32: { float v; std::memcpy(&v, p, 4); nan = v != v; return v; }
-        case Elem::F64: { double v; std::memcpy(&v, p, 8); nan = v != v; return v; }
-    }
-    return 0;
-}
-
 uint8_t* sampleByte(const Export& e, const Args& a, bool dst, int64_t x, int64_t y, int c) {
     const ImageShape& im = dst || e.shape.inPlace() ? e.shape.dst : e.shape.src;
     const bool planar = im.pass == Pass::Planes || im.pass == Pass::PlaneSteps;
@@ -51,9 +37,8 @@ uint8_t* sampleByte(const Export& e, const Args& a, bool dst, int64_t x, int64_t
         if (inRow[i]) {
             // Compare the whole sample that holds byte i.
             const size_t start = i - size_t(((fromRow0 % eb) + eb) % eb);
-            bool gn, wn;
-            const double a = sample(el, &g[start], gn), b = sample(el, &w[start], wn);
-            if ((gn && wn) || std::fabs(a - b) <= tolerance) {
+            const double a = loadSample(el, &g[start]), b = loadSample(el, &w[start]);
+            if ((a != a && b != b) || std::fabs(a - b) <= tolerance) {
                 i = start + size_t(eb) - 1;
                 continue;
             }
@@ -70,23 +55,19 @@ uint8_t* sampleByte(const Export& e, const Args& a, bool dst, int64_t x, int64_t
 }  // namespace
 
 double sampleAt(const Export& e, const Args& a, bool dst, int64_t x, int64_t y, int c) {
-    bool nan;
-    return sample(dst ? e.shape.dst.elem : e.shape.inPlace() ? e.shape.dst.elem : e.shape.src.elem,
-                  sampleByte(e, a, dst, x, y, c), nan);
+    return loadSample((dst || e.shape.inPlace() ? e.shape.dst : e.shape.src).elem, sampleByte(e, a, dst, x, y, c));
 }
 
-void put(const Export& e, const Args& a, int64_t x, int64_t y, int c, double v) {
-    uint8_t* p = sampleByte(e, a, true, x, y, c);
-    auto store = [p](auto t) { std::memcpy(p, &t, sizeof t); };
-    switch (e.shape.dst.elem) {
-        case Elem::U8: store(uint8_t(v)); break;
-        case Elem::U16: store(uint16_t(v)); break;
-        case Elem::S16: store(int16_t(v)); break;
-        case Elem::U32: store(uint32_t(v)); break;
-        case Elem::S32: store(int32_t(v)); break;
-        case Elem::F32: store(float(v)); break;
-        case Elem::F64: store(v); break;
-    }
+void put(const Export& e, const Args& a, int64_t x, int64_t y, int c, double v, bool dst) {
+    storeSample((dst || e.shape.inPlace() ? e.shape.dst : e.shape.src).elem, sampleByte(e, a, dst, x, y, c), v);
+}
+
+Buffers imageOf(const Export& e, int64_t width, int64_t height, int channels, const SampleFn& value) {
+    Buffers b(e, width, height, 3, {StepKind::Tight, StepKind::Tight});
+    for (int64_t y = 0; y < height; ++y)
+        for (int64_t x = 0; x < width; ++x)
+            for (int c = 0; c < channels; ++c) put(e, b.args, x, y, c, value(c, x, y), false);
+    return b;
 }
 
 void expectModelOn(const Model& m, const Export& e, const Buffers& prepared, const std::string& what) {
@@ -121,6 +102,23 @@ void expectModels(const std::vector<Model>& models, const std::vector<Shape>& sh
             expectModel(m, *e, s);
             if (::testing::Test::HasFatalFailure()) return;
         }
+    }
+}
+
+std::vector<const Export*> membersOf(const char* heading) {
+    std::vector<const Export*> v;
+    for (const Export& e : exportTable())
+        if (!std::strcmp(e.family, heading)) v.push_back(&e);
+    return v;
+}
+
+void expectFamily(const char* heading, size_t count, const std::function<Model(const Export&)>& pick,
+                  const std::function<std::vector<Shape>(const Export&)>& shapes) {
+    const std::vector<const Export*> members = membersOf(heading);
+    ASSERT_EQ(members.size(), count) << heading;
+    for (const Export* e : members) {
+        expectModels({pick(*e)}, shapes ? shapes(*e) : std::vector<Shape>{});
+        if (::testing::Test::HasFatalFailure()) return;
     }
 }
 

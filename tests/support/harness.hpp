@@ -13,9 +13,11 @@
 
 #include "support/buffers.hpp"
 #include "support/export_table.hpp"
+#include "support/roundtrips.hpp"
 #include "support/shapes.hpp"
 
 #include <cstring>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -33,6 +35,12 @@ struct Model {
 
 // Each model against its export over the standard shapes (or `shapes`).
 void expectModels(const std::vector<Model>& models, const std::vector<Shape>& shapes = {});
+// The members of the table under `heading`.
+std::vector<const Export*> membersOf(const char* heading);
+// Every member of the table under `heading`, `count` of them, against the
+// model pick() gives it (over shapes(), when given, of that member).
+void expectFamily(const char* heading, size_t count, const std::function<Model(const Export&)>& pick,
+                  const std::function<std::vector<Shape>(const Export&)>& shapes = {});
 // One export against its model on one image, or on images the test prepared.
 void expectModel(const Model& m, const Export& e, const Shape& s);
 void expectModelOn(const Model& m, const Export& e, const Buffers& prepared, const std::string& what);
@@ -72,7 +80,10 @@ View<T> out(const Export& e, const Args& a, int p) {
 // the destination. put() stores v in the element type (floats as they are,
 // integers truncated: the caller rounds and saturates).
 double sampleAt(const Export& e, const Args& a, bool dst, int64_t x, int64_t y, int c);
-void put(const Export& e, const Args& a, int64_t x, int64_t y, int c, double v);
+void put(const Export& e, const Args& a, int64_t x, int64_t y, int c, double v, bool dst = true);
+// Images for `e`, width x height with tight rows, whose source samples
+// c < channels of pixel (x, y) (as sampleAt counts them) are value(c, x, y).
+Buffers imageOf(const Export& e, int64_t width, int64_t height, int channels, const SampleFn& value);
 
 // The three results of an interleaved three-channel member for one pixel.
 template <class S, class D = S>

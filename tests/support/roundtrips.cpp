@@ -29,38 +29,11 @@ uint8_t* sampleAt(Buffers& b, int d, const ImageShape& im, int c, int64_t x, int
     const int64_t within = im.pass == Pass::Single ? c * e : im.pass == Pass::TwoPlane && c > 0 ? c - 1 : 0;
     return b.row(d, p, y / pl.vsub) + unit + within;
 }
-template <class T>
-void put(uint8_t* p, T v) {
-    std::memcpy(p, &v, sizeof v);
-}
-template <class T>
-T get(const uint8_t* p) {
-    T v;
-    std::memcpy(&v, p, sizeof v);
-    return v;
-}
+// Picture values 0..255 scaled to the element type (see SampleFn).
 void store(Elem el, uint8_t* p, double v) {
-    switch (el) {
-        case Elem::U8: *p = uint8_t(std::lround(v)); break;
-        case Elem::U16: put(p, uint16_t(std::lround(v * 257))); break;
-        case Elem::S16: put(p, int16_t(std::lround(v * 257 - 32768))); break;
-        case Elem::U32: put(p, uint32_t(std::lround(v))); break;
-        case Elem::S32: put(p, int32_t(std::lround(v))); break;
-        case Elem::F32: put(p, float(v / 255)); break;
-        case Elem::F64: put(p, v / 255); break;
-    }
-}
-double load(Elem el, const uint8_t* p) {
-    switch (el) {
-        case Elem::U8: return *p;
-        case Elem::U16: return get<uint16_t>(p);
-        case Elem::S16: return get<int16_t>(p);
-        case Elem::U32: return get<uint32_t>(p);
-        case Elem::S32: return get<int32_t>(p);
-        case Elem::F32: return get<float>(p);
-        case Elem::F64: return get<double>(p);
-    }
-    return 0;
+    const double scaled = el == Elem::U16 ? v * 257 : el == Elem::S16 ? v * 257 - 32768 : v;
+    if (el == Elem::F32 || el == Elem::F64) storeSample(el, p, v / 255);
+    else storeSample(el, p, double(std::lround(scaled)));
 }
 
 }  // namespace
@@ -98,8 +71,8 @@ double roundTripError(const RoundTrip& t, int64_t width, int64_t height, const S
     for (int64_t y = 0; y < height; ++y)
         for (int64_t x = 0; x < width; ++x)
             for (int c = 0; c < channels; ++c)
-                worst = std::max(worst, std::fabs(load(from.elem, sampleAt(first, 0, from, c, x, y)) -
-                                                  load(to.elem, sampleAt(second, 1, to, c, x, y))));
+                worst = std::max(worst, std::fabs(loadSample(from.elem, sampleAt(first, 0, from, c, x, y)) -
+                                                  loadSample(to.elem, sampleAt(second, 1, to, c, x, y))));
     return worst;
 }
 

@@ -107,17 +107,17 @@ struct Member {
     }
 };
 
+// Channel c of a pixel in the member's source order.
+int channel(const Member& m, const Rgb& p, int c) {
+    const int k = m.bgr ? 2 - c : c;
+    return k == 0 ? p.r : k == 1 ? p.g : p.b;
+}
+
 Rgb pixel(const Export& e, const Member& m, const Args& a, int64_t x, int64_t y) {
-    Rgb p;
-    if (e.shape.src.planes == 3) {
-        p = {in<uint8_t>(e, a, 0)(x, y), in<uint8_t>(e, a, 1)(x, y), in<uint8_t>(e, a, 2)(x, y)};
-    } else {
-        const View<uint8_t> v = in<uint8_t>(e, a, 0);
-        const int64_t at = x * e.shape.src.plane[0].unitBytes;
-        p = {v(at + (m.bgr ? 2 : 0), y), v(at + 1, y), v(at + (m.bgr ? 0 : 2), y)};
-    }
-    if (m.rule == Rule::Gamma) p = {gammaOf(p.r), gammaOf(p.g), gammaOf(p.b)};
-    return p;
+    int v[3];
+    for (int c = 0; c < 3; ++c) v[m.bgr ? 2 - c : c] = int(sampleAt(e, a, false, x, y, c));
+    const Rgb p{v[0], v[1], v[2]};
+    return m.rule == Rule::Gamma ? Rgb{gammaOf(p.r), gammaOf(p.g), gammaOf(p.b)} : p;
 }
 
 TpxStatus model(const Export& e, const Args& a) {
@@ -154,23 +154,10 @@ TpxStatus model(const Export& e, const Args& a) {
     return tpxStatusOk;
 }
 
-// The encoders are the table's rows from tpxiBGRToYCbCr422_8u_C3C2R to tpxiBGRToYCbCr411_8u_AC4P3R.
-std::vector<const Export*> encoders() {
-    std::vector<const Export*> v;
-    bool on = false;
-    for (const Export& e : exportTable()) {
-        on = on || !std::strcmp(e.name, "tpxiBGRToYCbCr422_8u_C3C2R");
-        if (on) v.push_back(&e);
-        if (!std::strcmp(e.name, "tpxiBGRToYCbCr411_8u_AC4P3R")) break;
-    }
-    return v;
-}
+constexpr const char* kFamily = "RGB to subsampled YCbCr";
 
 TEST(RgbToYCbCrSub, EveryEncoderMatchesModel) {
-    std::vector<Model> models;
-    for (const Export* e : encoders()) models.push_back({e->name, model});
-    ASSERT_EQ(models.size(), 33u);
-    expectModels(models);
+    expectFamily(kFamily, 33, [](const Export& e) { return Model{e.name, model}; });
 }
 
 // One row of pixels (repeated over a block's rows) through a member: the
@@ -178,25 +165,14 @@ TEST(RgbToYCbCrSub, EveryEncoderMatchesModel) {
 std::vector<int> row(const char* name, const std::vector<Rgb>& px) {
     const Export& e = *findExport(name);
     const Member m(e);
-    const int w = int(px.size());
-    Buffers b(e, w, m.bh, 5, {StepKind::Tight, StepKind::Tight});
-    for (int y = 0; y < m.bh; ++y)
-        for (int x = 0; x < w; ++x) {
-            const int c[3] = {px[size_t(x)].r, px[size_t(x)].g, px[size_t(x)].b};
-            for (int k = 0; k < 3; ++k) {
-                const int at = m.bgr ? 2 - k : k;
-                if (e.shape.src.planes == 3) in<uint8_t>(e, b.args, k).set(x, y, uint8_t(c[k]));
-                else in<uint8_t>(e, b.args, 0).set(x * e.shape.src.plane[0].unitBytes + at, y, uint8_t(c[k]));
-            }
-        }
+    Buffers b = imageOf(e, int64_t(px.size()), m.bh, 3,
+                        [&](int c, int64_t x, int64_t) { return channel(m, px[size_t(x)], c); });
     EXPECT_EQ(e.call(b.args), tpxStatusOk) << name;
-    std::vector<int> out;
-    for (int64_t i = 0; i < b.rowBytes(1, 0); ++i) out.push_back(b.row(1, 0, 0)[i]);
-    return out;
+    return std::vector<int>(b.row(1, 0, 0), b.row(1, 0, 0) + b.rowBytes(1, 0));
 }
 
 TEST(RgbToYCbCrSub, BlackGivesTheBlackLevel) {
-    for (const Export* e : encoders()) {
+    for (const Export* e : membersOf(kFamily)) {
         const Member m(*e);
         const int black = m.math == Math::Hdtv709 ? 1 : 16;  // 709HDTV keeps code 0 free
         const std::vector<int> got = row(e->name, std::vector<Rgb>(8, Rgb{0, 0, 0}));
@@ -212,12 +188,7 @@ TEST(RgbToYCbCrSub, OneColourBlockGivesTheFullResolutionValues) {
     for (const Rgb c : {Rgb{200, 30, 90}, Rgb{12, 240, 17}, Rgb{255, 255, 255}, Rgb{0, 0, 255}})
         for (const char* name : {"tpxiBGRToYCbCr420_8u_C3P3R", "tpxiRGBToYCbCr420_8u_C3P2R"}) {
             const Export& e = *findExport(name);
-            Buffers b(e, 2, 2, 3);
-            for (int y = 0; y < 2; ++y)
-                for (int x = 0; x < 2; ++x)
-                    for (int k = 0; k < 3; ++k)
-                        in<uint8_t>(e, b.args, 0).set(3 * x + (Member(e).bgr ? 2 - k : k), y,
-                                                      uint8_t(k == 0 ? c.r : k == 1 ? c.g : c.b));
+            Buffers b = imageOf(e, 2, 2, 3, [&](int k, int64_t, int64_t) { return channel(Member(e), c, k); });
             ASSERT_EQ(e.call(b.args), tpxStatusOk);
             const int cb444 = (-9699 * c.r - 19071 * c.g + 28770 * c.b + 8421376) >> 16;
             const int cr444 = (28770 * c.r - 24117 * c.g - 4653 * c.b + 8421376) >> 16;

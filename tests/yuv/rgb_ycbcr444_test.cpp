@@ -77,30 +77,19 @@ int blockOf(const Export& e) {
 }
 bool named(const Export& e, const char* word) { return std::strstr(e.name, word) != nullptr; }
 
-// Channel c of pixel x, row y of an image of this side: planes, or interleaved.
-int get(const Export& e, const Args& a, bool dst, int c, int64_t x, int64_t y) {
-    const ImageShape& im = dst ? e.shape.dst : e.shape.src;
-    if (im.planes == 3) return (dst ? out<uint8_t>(e, a, c) : in<uint8_t>(e, a, c))(x, y);
-    return (dst ? out<uint8_t>(e, a, 0) : in<uint8_t>(e, a, 0))(x * im.plane[0].unitBytes + c, y);
-}
-void put(const Export& e, const Args& a, int c, int64_t x, int64_t y, int v) {
-    const ImageShape& im = e.shape.dst;
-    if (im.planes == 3) out<uint8_t>(e, a, c).set(x, y, uint8_t(v));
-    else out<uint8_t>(e, a, 0).set(x * im.plane[0].unitBytes + c, y, uint8_t(v));
-}
-
 TpxStatus model(const Export& e, const Args& a) {
     const bool encoder = named(e, "RGBToYCbCr"), bgr = named(e, "ToBGR"), bt709 = named(e, "709");
     const int block = blockOf(e), ch = e.shape.dst.planes == 3 ? 1 : e.shape.dst.plane[0].unitBytes;
     for (int64_t y = 0; y < a.height; ++y)
         for (int64_t x = 0; x < a.width; ++x) {
-            const int i0 = get(e, a, false, 0, x, y), i1 = get(e, a, false, 1, x, y), i2 = get(e, a, false, 2, x, y);
+            const int i0 = int(sampleAt(e, a, false, x, y, 0)), i1 = int(sampleAt(e, a, false, x, y, 1)),
+                      i2 = int(sampleAt(e, a, false, x, y, 2));
             const bool blk = block > 0 && x < a.width - a.width % block;
             Px p = encoder ? (blk ? encodeBlock(i0, i1, i2) : encodeReference(i0, i1, i2))
                            : (blk ? decodeBlock(i0, i1, i2, bt709) : decodeReference(i0, i1, i2));
             if (bgr) std::swap(p[0], p[2]);
-            for (int c = 0; c < 3; ++c) put(e, a, c, x, y, p[size_t(c)]);
-            if (ch == 4 && e.shape.dst.alphaByte < 0) put(e, a, 3, x, y, int(a.code[0] & 0xFF));
+            for (int c = 0; c < 3; ++c) put(e, a, x, y, c, p[size_t(c)]);
+            if (ch == 4 && e.shape.dst.alphaByte < 0) put(e, a, x, y, 3, double(a.code[0] & 0xFF));
         }
     return tpxStatusOk;
 }
@@ -119,16 +108,10 @@ TEST(RgbYCbCr444, MatchesModel) { expectModels(models()); }
 TEST(RgbYCbCr444, MatchesModelOnEveryChannelPair) {
     for (const Model& m : models()) {
         const Export& e = *findExport(m.name);
-        Buffers b(e, 773, 256 * 256 / 773 + 2, 3, {StepKind::Tight, StepKind::Padded});
-        const int ch = e.shape.src.planes == 3 ? 1 : e.shape.src.plane[0].unitBytes;
-        uint32_t i = 0;
-        for (int64_t y = 0; y < b.args.height; ++y)
-            for (int64_t x = 0; x < b.args.width; ++x, ++i)
-                for (int c = 0; c < 3; ++c) {
-                    const uint8_t v = uint8_t(c == 0 ? i : c == 1 ? i >> 8 : i * 7 + (i >> 16));
-                    if (ch == 1) in<uint8_t>(e, b.args, c).set(x, y, v);
-                    else in<uint8_t>(e, b.args, 0).set(x * ch + c, y, v);
-                }
+        const Buffers b = imageOf(e, 773, 256 * 256 / 773 + 2, 3, [](int c, int64_t x, int64_t y) {
+            const uint32_t i = uint32_t(y * 773 + x);
+            return double(uint8_t(c == 0 ? i : c == 1 ? i >> 8 : i * 7 + (i >> 16)));
+        });
         expectModelOn(m, e, b, "every channel pair");
     }
 }
@@ -140,16 +123,10 @@ TEST(RgbYCbCr444, FixedValues) {
         const Export& e = *findExport(mb.name);
         const bool encoder = named(e, "RGBToYCbCr"), bgr = named(e, "ToBGR");
         auto convert = [&](Px px, int c) {
-            Buffers b(e, 37, 1, 11, {StepKind::Tight, StepKind::Tight});
-            const int ch = e.shape.src.planes == 3 ? 1 : e.shape.src.plane[0].unitBytes;
-            for (int64_t x = 0; x < 37; ++x)
-                for (int k = 0; k < 3; ++k) {
-                    if (ch == 1) in<uint8_t>(e, b.args, k).set(x, 0, uint8_t(px[size_t(k)]));
-                    else in<uint8_t>(e, b.args, 0).set(x * ch + k, 0, uint8_t(px[size_t(k)]));
-                }
+            Buffers b = imageOf(e, 37, 1, 3, [&](int k, int64_t, int64_t) { return px[size_t(k)]; });
             EXPECT_EQ(e.call(b.args), tpxStatusOk);
             std::vector<int> v;
-            for (int64_t x = 0; x < 37; ++x) v.push_back(get(e, b.args, true, bgr ? 2 - c : c, x, 0));
+            for (int64_t x = 0; x < 37; ++x) v.push_back(int(sampleAt(e, b.args, true, x, 0, bgr ? 2 - c : c)));
             return v;
         };
         auto expect = [&](Px px, Px want) {
