@@ -166,9 +166,10 @@ TEST(XyzLabLuv, EveryMemberMatchesModel) {
 
 TEST(XyzLabLuv, StatedValues) {
     using V = std::vector<double>;
-    // Black: L = a = b = 0; 16-bit LUV codes 0 through the zero-denominator rule.
+    // Black: L = a = b = 0; LUV codes (32f: u = v) 0 through the zero-denominator rule.
     EXPECT_EQ(onePixel<Tpx32f>(tpxiRGBToLab_32f_C3R, 0, 0, 0), (V{0, 0, 0}));
     EXPECT_EQ(onePixel<Tpx16u>(tpxiRGBToLUV_16u_C3R, 0, 0, 0), (V{0, 0, 0}));
+    EXPECT_EQ(onePixel<Tpx32f>(tpxiRGBToLUV_32f_C3R, 0, 0, 0), (V{0, 0, 0}));  // not 0 / 0
     EXPECT_EQ(onePixel<Tpx16s>(tpxiRGBToLUV_16s_C3R, -32768, -32768, -32768), (V{-32768, -32768, -32768}));
     // White gives L = 100 and neutral a, b; inputs above 1 clamp, so L never exceeds 100.
     for (float v : {1.0f, 4.0f}) {
