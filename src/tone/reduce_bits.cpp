@@ -90,6 +90,8 @@ void diffuse(Image<const S> src, Image<D> dst, int64_t w, int64_t h, int c, cons
     for (int64_t y = 0; y < h; ++y) {
         const S* s = src.row(y);
         D* d = dst.row(y);
+        // The last two errors of this row, kept in registers (cur holds them too).
+        float left1 = cur[g - 1], left2 = g == 2 ? cur[0] : 0.0f;
         for (int64_t x = 0; x < w; ++x) {
             const int64_t i = x + g;
             // The rows above first: only the last terms wait for this row's errors.
@@ -97,8 +99,8 @@ void diffuse(Image<const S> src, Image<D> dst, int64_t w, int64_t h, int c, cons
             for (int j = 1 - g; j <= g; ++j) sum = sum + k.above[j + 2] * above[i + j];
             if constexpr (g == 2)
                 for (int j = -2; j <= 2; ++j) sum = sum + k.before[j + 2] * before[i + j];
-            if constexpr (g == 2) sum = sum + k.left[1] * cur[i - 2];
-            sum = sum + k.left[0] * cur[i - 1];
+            if constexpr (g == 2) sum = sum + k.left[1] * left2;
+            sum = sum + k.left[0] * left1;
             const float v0 = domain<S, D>(s[K * x + c]) + sum * k.scale, v = Noisy ? v0 + noise.next() : v0;
             float err = 0.0f, out;
             if (v >= q.D) {
@@ -113,6 +115,7 @@ void diffuse(Image<const S> src, Image<D> dst, int64_t w, int64_t h, int c, cons
                 out = r;
             }
             cur[i] = err;
+            left2 = left1, left1 = err;
             d[K * x + c] = saturated<D>(out);
         }
         if constexpr (g == 1) {
