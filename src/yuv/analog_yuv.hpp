@@ -154,6 +154,11 @@ void loadRgb(const Side<K, Bgr>& in, Len i0, Len m, int* R, int* G, int* B) {
     for (Len t = 0; t < m; ++t) R[t] = in.get(i0 + t, 0), G[t] = in.get(i0 + t, 1), B[t] = in.get(i0 + t, 2);
 }
 
+// Each of h chroma samples repeated for the two pixels it serves.
+inline void doubled(const uint8_t* __restrict u, const uint8_t* __restrict v, Len h, uint8_t* U2, uint8_t* V2) {
+    for (Len k = 0; k < h; ++k) U2[2 * k] = U2[2 * k + 1] = u[k], V2[2 * k] = V2[2 * k + 1] = v[k];
+}
+
 // 4:4:4: R, G, B (a fourth when F says) in, Y, U, V out; and back.
 template <int SK, int SB, int DK, int F>
 void encode444(const uint8_t* const* s, uint8_t* const* d, Len n, uint8_t) {
@@ -184,6 +189,16 @@ void decodePixels(const uint8_t* const* s, uint8_t* const* d, Len n, uint8_t alp
 template <int SK, int SB, int DK, int F>
 void decode444(const uint8_t* const* s, uint8_t* const* d, Len n, uint8_t alpha) {
     decodePixels<SK, SB != 0, DK, false, F, true>(s, d, n, alpha);
+}
+
+// Pixels [i0, i0 + m) of a destination row from luma y and the doubled
+// chroma U2, V2 of those pixels, by the decoder without rounding terms.
+template <int DK, bool DB>
+void decodeChunk(const uint8_t* y, const uint8_t* U2, const uint8_t* V2, uint8_t* const* d, Len i0, Len m) {
+    const uint8_t* in[4] = {y, U2, V2, nullptr};
+    uint8_t* out[4];
+    advance<DK>(d, i0, out);
+    decodePixels<1, false, DK, DB, kNone, false>(in, out, m, 0);
 }
 
 // 4:2:2 encoder: pairs of pixels to two luma samples and one U, V.
@@ -228,14 +243,10 @@ void decode422(const uint8_t* const* s, uint8_t* const* d, Len n) {
                 U2[2 * k] = U2[2 * k + 1] = p[4 * k + 1], V2[2 * k] = V2[2 * k + 1] = p[4 * k + 3];
             }
         } else {
-            const uint8_t *__restrict u = s[1] + i0 / 2, *__restrict v = s[2] + i0 / 2;
-            for (Len k = 0; k < h; ++k) U2[2 * k] = U2[2 * k + 1] = u[k], V2[2 * k] = V2[2 * k + 1] = v[k];
+            doubled(s[1] + i0 / 2, s[2] + i0 / 2, h, U2, V2);
             y = s[0] + i0;
         }
-        const uint8_t* in[4] = {y, U2, V2, nullptr};
-        uint8_t* out[4];
-        advance<DK>(d, i0, out);
-        decodePixels<1, false, DK, false, kNone, false>(in, out, m, 0);
+        decodeChunk<DK, false>(y, U2, V2, d, i0, m);
     }
 }
 // Packed 4:2:2: the pairs, then an odd last pixel from its Y and U bytes.
@@ -286,14 +297,8 @@ void decode420(const uint8_t* const* s0, const uint8_t* const* s1, uint8_t* cons
     alignas(64) uint8_t U2[kChunk], V2[kChunk];
     for (Len i0 = 0; i0 < 2 * n; i0 += kChunk) {
         const Len m = std::min(kChunk, 2 * n - i0);
-        const uint8_t *__restrict u = s0[1] + i0 / 2, *__restrict v = s0[2] + i0 / 2;
-        for (Len k = 0; k < m / 2; ++k) U2[2 * k] = U2[2 * k + 1] = u[k], V2[2 * k] = V2[2 * k + 1] = v[k];
-        for (int row = 0; row < 2; ++row) {
-            const uint8_t* in[4] = {(row ? s1 : s0)[0] + i0, U2, V2, nullptr};
-            uint8_t* out[4];
-            advance<DK>(row ? d1 : d0, i0, out);
-            decodePixels<1, false, DK, DB != 0, kNone, false>(in, out, m, 0);
-        }
+        doubled(s0[1] + i0 / 2, s0[2] + i0 / 2, m / 2, U2, V2);
+        for (int row = 0; row < 2; ++row) decodeChunk<DK, DB != 0>((row ? s1 : s0)[0] + i0, U2, V2, row ? d1 : d0, i0, m);
     }
 }
 
