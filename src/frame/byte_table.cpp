@@ -17,6 +17,7 @@ void lookupBytes3of4(const uint8_t* table, const uint8_t* s, uint8_t* d, std::pt
     std::ptrdiff_t p = 0;
 #if TPX_HAVE_X86
     if (activeAvx512Vbmi()) p = avx512vbmi::lookupBytes3of4(table, s, d, n);
+    else if (activeTier() >= Tier::Avx2) p = avx2::lookupBytes3of4(table, s, d, n);
 #endif
     for (; p < n; ++p)
         for (int c = 0; c < 3; ++c) d[4 * p + c] = table[s[4 * p + c]];

@@ -1,7 +1,7 @@
 // Byte tables: d[i] = t[s[i]], 64 bytes at a time with the AVX-512 byte
 // permutes (four 64-byte quarters of the table, two two-table permutes and
 // a blend on the index's top bit), 32 at a time with AVX2 (sixteen 16-entry
-// shuffles, each kept where the index's high nibble selects it). The source
+// shuffles and a tree of blends on the high nibble's bits). The source
 // and destination are apart or the same bytes.
 #pragma once
 
@@ -20,7 +20,8 @@ void lookupBytes3of4(const uint8_t* table, const uint8_t* s, uint8_t* d, std::pt
 // (pixels) it did; the caller finishes the rest.
 namespace avx2 {
 std::ptrdiff_t lookupBytes(const uint8_t* table, const uint8_t* s, uint8_t* d, std::ptrdiff_t n);
-}
+std::ptrdiff_t lookupBytes3of4(const uint8_t* table, const uint8_t* s, uint8_t* d, std::ptrdiff_t n);
+}  // namespace avx2
 namespace avx512vbmi {
 std::ptrdiff_t lookupBytes(const uint8_t* table, const uint8_t* s, uint8_t* d, std::ptrdiff_t n);
 std::ptrdiff_t lookupBytes3of4(const uint8_t* table, const uint8_t* s, uint8_t* d, std::ptrdiff_t n);
