@@ -15,16 +15,32 @@ void lookupBytes(const uint8_t* table, const uint8_t* s, uint8_t* d, std::ptrdif
 // The first three bytes of each of n four-byte pixels; the fourth byte of a
 // destination pixel is neither read nor written.
 void lookupBytes3of4(const uint8_t* table, const uint8_t* s, uint8_t* d, std::ptrdiff_t n);
+// Ranked tables: with p = packed[s[i]] (a rank in its low five bits, an
+// index into `steps` in its top three) and r = ranks[(i / group) % 4] (the
+// ranks take turns by groups of `group` bytes, 1, 3 or 4),
+// d[i] = base[s[i]] + (r < p % 32 ? steps[p / 32] : 0), n bytes. With
+// keepFourth (group 4) the fourth byte of each group is left alone.
+struct Ranked {
+    const uint8_t* base;
+    const uint8_t* packed;
+    uint8_t steps[8];
+    uint8_t ranks[4];
+    int group;
+    bool keepFourth;
+};
+void lookupBytesRanked(const Ranked& t, const uint8_t* s, uint8_t* d, std::ptrdiff_t n);
 
 // Vector parts: each does a multiple of its width and returns how many bytes
 // (pixels) it did; the caller finishes the rest.
 namespace avx2 {
 std::ptrdiff_t lookupBytes(const uint8_t* table, const uint8_t* s, uint8_t* d, std::ptrdiff_t n);
 std::ptrdiff_t lookupBytes3of4(const uint8_t* table, const uint8_t* s, uint8_t* d, std::ptrdiff_t n);
+std::ptrdiff_t lookupBytesRanked(const Ranked& t, const uint8_t* s, uint8_t* d, std::ptrdiff_t n);
 }  // namespace avx2
 namespace avx512vbmi {
 std::ptrdiff_t lookupBytes(const uint8_t* table, const uint8_t* s, uint8_t* d, std::ptrdiff_t n);
 std::ptrdiff_t lookupBytes3of4(const uint8_t* table, const uint8_t* s, uint8_t* d, std::ptrdiff_t n);
+std::ptrdiff_t lookupBytesRanked(const Ranked& t, const uint8_t* s, uint8_t* d, std::ptrdiff_t n);
 }  // namespace avx512vbmi
 
 }  // namespace tpx

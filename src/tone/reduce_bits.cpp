@@ -4,6 +4,7 @@
 // work buffer where the kernel needs it (-8). Steps count whole elements.
 #include "tone/reduce_bits.hpp"
 
+#include "frame/byte_table.hpp"
 #include "frame/check.hpp"
 #include "frame/cpu.hpp"
 #include "frame/image.hpp"
@@ -14,8 +15,12 @@
 
 namespace tpx::reduce {
 
+namespace {
+// The ordered dither's matrix: thresholds k / 15 of a step.
+constexpr int kMatrix[4][4] = {{0, 8, 2, 10}, {12, 4, 14, 6}, {3, 11, 1, 9}, {15, 7, 13, 5}};
+}  // namespace
+
 Quant quantFor(int levels, float D) {
-    static const int kMatrix[4][4] = {{0, 8, 2, 10}, {12, 4, 14, 6}, {3, 11, 1, 9}, {15, 7, 13, 5}};
     Quant q;
     q.L = float(levels - 1);
     q.rL = 1.0f / q.L;
@@ -140,6 +145,59 @@ void orderedNoise(Image<const S> src, Image<D> dst, int64_t w, int64_t h, int ch
             }
 }
 
+// 8u to 8u: every result is a function of the source byte and, ordered, of
+// the pixel's place in the 4 x 4 matrix. Large images therefore go through
+// byte tables that the row formula itself fills for every byte value: the
+// same bytes, a lookup per sample instead of the float arithmetic.
+constexpr int64_t kTableSamples = 1 << 13;
+
+template <int K>
+bool byTables(Image<const uint8_t> s, Image<uint8_t> d, TpxSize roi, const Quant& q, int type) {
+    constexpr int pixel = K == 5 ? 4 : K;
+    const Len n = Len(roi.width) * pixel;
+    alignas(64) uint8_t values[4 * 256], out[4 * 256], base[256];
+    for (int i = 0; i < 4 * 256; ++i) values[i] = uint8_t(i / 4);  // each value in the four matrix columns
+    if (type == 0) {
+        row<uint8_t, uint8_t, 1, 0>(values, out, 4 * 256, q, 0);
+        for (int v = 0; v < 256; ++v) base[v] = out[4 * v];
+        for (int64_t y = 0; y < roi.height; ++y) {
+            if constexpr (K == 5) lookupBytes3of4(base, s.row(y), d.row(y), roi.width);
+            else lookupBytes(base, s.row(y), d.row(y), n);
+        }
+        return true;
+    }
+    // Ordered: as the thresholds grow with the matrix entry m, value v gives
+    // its upper level for m below some rank and its lower level from there
+    // on; the tables hold the lower level, the rank and which of a few steps
+    // leads to the upper level. Checked against every entry's results.
+    alignas(64) uint8_t byEntry[16][256], packed[256];
+    for (int r = 0; r < 4; ++r) {
+        row<uint8_t, uint8_t, 1, 4>(values, out, 4 * 256, q, r);
+        for (int i = 0; i < 4 * 256; ++i) byEntry[kMatrix[r][i % 4]][i / 4] = out[i];
+    }
+    Ranked t{base, packed, {}, {}, pixel, K == 5};
+    int steps = 0;
+    for (int v = 0; v < 256; ++v) {
+        const uint8_t lo = byEntry[15][v], hi = byEntry[0][v];
+        int rank = 0;
+        while (hi != lo && rank < 16 && byEntry[rank][v] == hi) ++rank;
+        for (int m = 0; m < 16; ++m)
+            if (byEntry[m][v] != (m < rank ? hi : lo)) return false;
+        const uint8_t step = uint8_t(hi - lo);
+        int k = 0;
+        while (k < steps && t.steps[k] != step) ++k;
+        if (k == 8) return false;
+        if (k == steps) t.steps[steps++] = step;
+        base[v] = lo;
+        packed[v] = uint8_t(rank | k << 5);
+    }
+    for (int64_t y = 0; y < roi.height; ++y) {
+        for (int c = 0; c < 4; ++c) t.ranks[c] = uint8_t(kMatrix[y & 3][c]);
+        lookupBytesRanked(t, s.row(y), d.row(y), n);
+    }
+    return true;
+}
+
 // K: samples per pixel (5: four with the fourth kept).
 template <class S, class D, int K>
 TpxStatus reduceBits(const S* src, int srcStep, D* dst, int dstStep, TpxSize roi, int noise, int type, int levels,
@@ -156,6 +214,9 @@ TpxStatus reduceBits(const S* src, int srcStep, D* dst, int dstStep, TpxSize roi
     const Image<const S> s{src, elementStep<S>(srcStep)};
     const Image<D> d{dst, elementStep<D>(dstStep)};
     if (!diffusion && !withNoise) {
+        if constexpr (std::is_same_v<S, uint8_t> && std::is_same_v<D, uint8_t>)
+            if (int64_t(roi.width) * roi.height * channels >= kTableSamples && byTables<K>(s, d, roi, q, type))
+                return tpxStatusOk;
         const Rows& r = rows();
         Row pickRow = nullptr;  // this member's row of the type
 #define X(S_, D_, K_, O_)                                                                                  \
