@@ -126,124 +126,141 @@ class TpxError(Exception):
         super().__init__("%s%s (%d)" % (function + ": " if function else "", self.name, self.status))
 
 
+_STATUS = {int(v): v for v in Status}
+
+
 def check(status, function=""):
     """Raises TpxError for a negative status; returns the status otherwise."""
     if status < 0:
         raise TpxError(status, function)
-    try:
-        return Status(status)
-    except ValueError:
-        return status
+    return _STATUS.get(status, status)
 
 
-def _row_address(a):
-    """Address of the first element of a numpy array whose rows are contiguous, and its row step."""
-    if not isinstance(a, np.ndarray):
-        raise TypeError("an image argument must be a numpy array, not %s" % type(a).__name__)
-    expect = a.itemsize
-    for extent, stride in zip(a.shape[:0:-1], a.strides[:0:-1]):
-        if extent > 1 and stride != expect:
-            raise ValueError("the pixels of a row must be contiguous (strides %s)" % (a.strides,))
-        expect *= extent
-    return a.__array_interface__["data"][0], (a.strides[0] if a.ndim > 0 else 0)
+def _row_address(a, dtype, fname):
+    """Address of the first element of a numpy array whose rows are
+    contiguous, and its row step."""
+    if type(a) is not np.ndarray and not isinstance(a, np.ndarray):
+        raise TypeError("%s: an image must be a numpy array, not %s" % (fname, type(a).__name__))
+    if dtype is not None and a.dtype != dtype:
+        raise TypeError("%s: expected %s arrays, got %s" % (fname, dtype, a.dtype))
+    strides, expect = a.strides, a.itemsize
+    if not (a.ndim == 2 and strides[1] == expect):  # else the common case: rows of single samples
+        for extent, stride in zip(a.shape[:0:-1], strides[:0:-1]):
+            if extent > 1 and stride != expect:
+                raise ValueError("%s: the pixels of a row must be contiguous (strides %s)" % (fname, strides))
+            expect *= extent
+    return a.__array_interface__["data"][0], (strides[0] if strides else 0)
+
+
+def _dense(v, dtype, const, keep, fname):
+    """The address of a contiguous array of the C type (any type for bytes);
+    what the function only reads may be any sequence, which is copied."""
+    if isinstance(v, np.ndarray) and v.flags.c_contiguous and (dtype is None or v.dtype == dtype):
+        return v.__array_interface__["data"][0]
+    if not const:
+        raise TypeError("%s: a written argument must be a contiguous %s array" % (fname, dtype or "byte"))
+    a = np.ascontiguousarray(v, dtype=dtype or np.uint8)
+    keep.append(a)
+    return a.ctypes.data
 
 
 class _Binder:
-    """Turns the Python arguments of one export into its C arguments."""
+    """Turns the Python arguments of one export into its C arguments: one
+    converter for each argument the caller gives."""
 
     def __init__(self, fname, restype, params):
         self.fname = fname
-        self.params = params
         names = [p[0] for p in params]
-        self.step_of = {}  # index of an image pointer -> index of its step
+        step_of = {}  # index of an image pointer -> index of its step
         for i, (name, base, star, dims, _) in enumerate(params):
             if (star or dims) and name.startswith("p") and len(name) > 1:
                 step = name[1].lower() + name[2:] + "Step"
                 if step in names:
-                    self.step_of[i] = names.index(step)
-        steps = set(self.step_of.values())
-        self.public = [i for i in range(len(params)) if i not in steps]
-        self.roi = names.index("roiSize") if "roiSize" in names else None
-        self.argtypes = [self._ctype(i) for i in range(len(params))]
+                    step_of[i] = names.index(step)
+        self.public = [i for i in range(len(params)) if i not in step_of.values()]
+        self.names = [names[i] for i in self.public]
+        self.index = {names[i]: k for k, i in enumerate(self.public)}
+        self.roi = self.index.get("roiSize")
+        self.size = len(params)
+        self.converters = [self._converter(i, params, step_of) for i in self.public]
+        self.argtypes = [ctypes.c_void_p if (star or dims) else header.types[base]
+                         for name, base, star, dims, _ in params]  # C passes arrays as pointers
         self.restype = header.types.get(restype.replace("const ", "").rstrip("*").strip(), ctypes.c_int32)
         if restype.endswith("*"):
             self.restype = ctypes.POINTER(self.restype)
 
-    def _ctype(self, i):
-        """Pointers and arrays (which C passes as pointers) go as addresses."""
-        name, base, star, dims, _ = self.params[i]
-        return ctypes.c_void_p if (star or dims) else header.types[base]
+    def _converter(self, i, params, step_of):
+        """A function (value, C arguments, arrays to keep) -> the image it
+        was, if any; it stores the C argument (and step) of parameter i."""
+        name, base, star, dims, const = params[i]
+        fname, dtype = self.fname, (None if base == "Tpx8u" and not (i in step_of) else _DTYPES.get(base))
+        ctype = header.types.get(base)
+        if i in step_of and star and dims:  # a plane array with a step each or one shared step
+            s, step_array = step_of[i], ctypes.c_int * params[step_of[i]][3][0] if params[step_of[i]][3] else None
+
+            def planes(v, out, keep):
+                pairs = [_row_address(a, dtype, fname) for a in v]
+                out[i] = (ctypes.c_void_p * dims[0])(*(p for p, _ in pairs))
+                if step_array:
+                    out[s] = step_array(*(st for _, st in pairs))
+                elif len({st for _, st in pairs}) > 1:
+                    raise ValueError("%s: the planes of %s share one step" % (fname, name))
+                else:
+                    out[s] = pairs[0][1]
+                return v[0]
+            return planes
+        if i in step_of:
+            s = step_of[i]
+
+            def image(v, out, keep):
+                out[i], out[s] = _row_address(v, dtype, fname)
+                return v
+            return image
+        if star and dims:  # planes of tightly packed rows
+            def dense_planes(v, out, keep):
+                out[i] = (ctypes.c_void_p * dims[0])(*(_dense(a, dtype, const, keep, fname) for a in v))
+                return v[0]
+            return dense_planes
+        if star or dims:
+            def dense(v, out, keep):
+                out[i] = None if v is None else _dense(v, dtype, const, keep, fname)
+                return v if isinstance(v, np.ndarray) and v.ndim >= 2 else None
+            return dense
+        if isinstance(ctype, type) and issubclass(ctype, ctypes.Structure):
+            def struct(v, out, keep):
+                out[i] = v if isinstance(v, ctypes.Structure) else ctype(*v)
+            return struct
+
+        def scalar(v, out, keep):
+            out[i] = v
+        return scalar
 
     def bind(self, args, kwargs):
-        params, out = self.params, [None] * len(self.params)
-        values = dict(zip(self.public, args))
+        values = list(args) + [_MISSING] * (len(self.public) - len(args))
         if len(args) > len(self.public):
-            raise TypeError("%s takes %d arguments" % (self.fname, len(self.public)))
+            raise TypeError("%s takes %d arguments: %s" % (self.fname, len(self.public), ", ".join(self.names)))
         for key, v in kwargs.items():
-            idx = [i for i in self.public if params[i][0] == key]
-            if not idx:
+            if key not in self.index:
                 raise TypeError("%s has no argument %s" % (self.fname, key))
-            values[idx[0]] = v
-        keep = []  # arrays that must live until the call returns
-        first_image = None
-        for i in self.public:
-            name, base, star, dims, const = params[i]
-            if i == self.roi and i not in values:
-                continue
-            if i not in values:
-                raise TypeError("%s: missing argument %s" % (self.fname, name))
-            v = values[i]
-            if i in self.step_of:
-                s = self.step_of[i]
-                if star and dims:  # a plane array
-                    pairs = [_row_address(self._typed(a, base)) for a in v]
-                    out[i] = (ctypes.c_void_p * dims[0])(*(p for p, _ in pairs))
-                    if params[s][3]:
-                        out[s] = (ctypes.c_int * params[s][3][0])(*(st for _, st in pairs))
-                    else:
-                        if len({st for _, st in pairs}) > 1:
-                            raise ValueError("%s: the planes of %s share one step" % (self.fname, name))
-                        out[s] = pairs[0][1]
-                    first = v[0]
-                else:
-                    out[i], out[s] = _row_address(self._typed(v, base))
-                    first = v
-                if first_image is None:
-                    first_image = first
-            elif star and dims:  # planes of tightly packed rows
-                out[i] = (ctypes.c_void_p * dims[0])(*(self._dense(a, base, const, keep) for a in v))
-                first_image = v[0] if first_image is None else first_image
-            elif star or dims:
-                out[i] = None if v is None else self._dense(v, base, const, keep)
-                if first_image is None and isinstance(v, np.ndarray) and v.ndim >= 2:
-                    first_image = v
-            elif isinstance(header.types.get(base), type) and issubclass(header.types[base], ctypes.Structure):
-                out[i] = v if isinstance(v, ctypes.Structure) else header.types[base](*v)
-            else:
-                out[i] = v
-        if self.roi is not None and out[self.roi] is None:
-            if first_image is None:
+            values[self.index[key]] = v
+        out, keep, first = [None] * self.size, [], None
+        for k, (v, convert) in enumerate(zip(values, self.converters)):
+            if v is _MISSING:
+                if k == self.roi:
+                    continue
+                raise TypeError("%s: missing argument %s" % (self.fname, self.names[k]))
+            image = convert(v, out, keep)
+            if first is None:
+                first = image
+        if self.roi is not None and values[self.roi] is _MISSING:
+            if first is None:
                 raise TypeError("%s: give roiSize" % self.fname)
-            out[self.roi] = header.types["TpxSize"](first_image.shape[1], first_image.shape[0])
+            out[self.public[self.roi]] = _Size(first.shape[1], first.shape[0])
         return out, keep
 
-    def _dense(self, v, base, const, keep):
-        """The address of a contiguous array of the C type; what the function
-        only reads may be any sequence, which is copied."""
-        dtype = _DTYPES.get(base, np.dtype(np.uint8))
-        if isinstance(v, np.ndarray) and v.flags.c_contiguous and (v.dtype == dtype or base in ("Tpx8u", "void")):
-            return v.__array_interface__["data"][0]
-        if not const:
-            raise TypeError("%s: a written argument must be a contiguous %s array" % (self.fname, dtype))
-        a = np.ascontiguousarray(v, dtype=dtype)
-        keep.append(a)
-        return a.ctypes.data
 
-    def _typed(self, a, base):
-        dtype = _DTYPES.get(base)
-        if dtype is not None and isinstance(a, np.ndarray) and a.dtype != dtype:
-            raise TypeError("%s: expected %s arrays, got %s" % (self.fname, dtype, a.dtype))
-        return a
+_MISSING = object()
+_Size = header.types["TpxSize"]
 
 
 class _Namespace:
@@ -251,7 +268,6 @@ class _Namespace:
 
 
 lib = _Namespace()  # the bare ctypes functions
-_binders = {}
 
 
 def _make(fname, restype, params):
@@ -260,7 +276,6 @@ def _make(fname, restype, params):
     cfunc.argtypes = binder.argtypes
     cfunc.restype = binder.restype
     setattr(lib, fname, cfunc)
-    _binders[fname] = binder
     if restype != "TpxStatus":
         return cfunc
 
@@ -271,7 +286,7 @@ def _make(fname, restype, params):
         return check(st, fname)
 
     call.__name__ = call.__qualname__ = fname
-    call.__doc__ = "%s(%s)" % (fname, ", ".join(params[i][0] for i in binder.public))
+    call.__doc__ = "%s(%s)" % (fname, ", ".join(binder.names))
     return call
 
 
