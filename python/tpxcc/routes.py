@@ -44,9 +44,14 @@ class Format:
     def __init__(self, name, nbytes, planes, channels, grid=-1, group="", packing=(0, 0, 1)):
         self.name, self.bytes, self.planes, self.channels = name, nbytes, planes, channels
         self.grid, self.group, self.packing = grid, group, packing
-
-    is_bayer = property(lambda self: self.grid >= 0)
-    is_packed = property(lambda self: self.packing[0] > 0)
+        self.is_bayer, self.is_packed = grid >= 0, packing[0] > 0
+        # Pixels per block: width and height must be multiples of these.
+        self.block_w = 1 if self.is_bayer else max([1] + [self.comp_xdiv(c) for c in channels])
+        self.block_h = max([1] + [self.comp_ydiv(c) for c in channels])
+        # A region starts at a multiple of this many pixels.
+        self.start_w = packing[0] if self.is_packed else self.block_w
+        # One plane of whole pixels: a numpy array (rows, pixels[, elements]) holds it.
+        self.shaped = len(planes) == 1 and not self.is_packed and planes[0][0] == 1
 
     def channel(self, comp):
         return next((c for c in self.channels if c[0] == comp), None)
@@ -57,15 +62,6 @@ class Format:
 
     def comp_ydiv(self, c):
         return self.planes[c[1]][1]
-
-    def block_w(self):
-        return 1 if self.is_bayer else max([1] + [self.comp_xdiv(c) for c in self.channels])
-
-    def block_h(self):
-        return max([1] + [self.comp_ydiv(c) for c in self.channels])
-
-    def start_w(self):
-        return self.packing[0] if self.is_packed else self.block_w()
 
     def plane_row_bytes(self, p, w):
         if self.is_packed:
@@ -79,11 +75,6 @@ class Format:
 
     def frame_bytes(self, w, h):
         return sum(self.plane_bytes(p, w, h) for p in range(len(self.planes)))
-
-    @property
-    def shaped(self):
-        """One plane of whole pixels: a numpy array (rows, pixels[, elements]) holds it."""
-        return len(self.planes) == 1 and not self.is_packed and self.planes[0][0] == 1
 
     def dtype(self):
         return np.dtype("<u2") if self.bytes == 2 else np.dtype(np.uint8)
@@ -414,9 +405,9 @@ def check_route_size(route, src, w, h):
     for f in [src] + [s.dst for s in route]:
         if f.is_bayer and (w < 5 or h < 5):
             raise ConversionError("demosaicing needs at least 5x5 pixels; the region is %dx%d" % (w, h))
-        if w % f.block_w() or h % f.block_h():
+        if w % f.block_w or h % f.block_h:
             raise ConversionError("%s needs a width and height in multiples of %dx%d; the region is %dx%d"
-                                  % (f.name, f.block_w(), f.block_h(), w, h))
+                                  % (f.name, f.block_w, f.block_h, w, h))
 
 
 def run_route(route, src, dst, opt):
@@ -508,8 +499,8 @@ def convert(image, src_fmt, dst_fmt, size=None, roi=None, out=None, **opts):
     if roi is not None:
         if w < 1 or h < 1 or x < 0 or y < 0 or x + w > fw or y + h > fh:
             raise ConversionError("roi reaches outside the %dx%d input" % (fw, fh))
-        if x % src.start_w() or y % src.block_h():
-            raise ConversionError("roi of %s must start at multiples of %dx%d" % (src.name, src.start_w(), src.block_h()))
+        if x % src.start_w or y % src.block_h:
+            raise ConversionError("roi of %s must start at multiples of %dx%d" % (src.name, src.start_w, src.block_h))
     route = find_route(src, dst, opt)
     check_route_size(route, src, w, h)
     sv = view_of(src, base, fw, fh, x, y, w, h, step0)
@@ -520,7 +511,7 @@ def convert(image, src_fmt, dst_fmt, size=None, roi=None, out=None, **opts):
     if out is None:
         out = np.zeros(dst.shape(w, h) if dst.shaped else dst.frame_bytes(w, h),
                        dst.dtype() if dst.shaped else np.uint8)
-    result, dbase, _, _, dstep = _image_view(dst, out, None if dst.shaped and out.ndim > 1 else (w, h), "output")
+    _, dbase, _, _, dstep = _image_view(dst, out, None if dst.shaped and out.ndim > 1 else (w, h), "output")
     if dst.shaped and out.ndim > 1 and out.shape[:2] != (h, w):
         raise ConversionError("the output is %dx%d, the region %dx%d" % (out.shape[1], out.shape[0], w, h))
     run_route(route, sv, view_of(dst, dbase, w, h, 0, 0, w, h, dstep), opt)
