@@ -8,6 +8,7 @@ package and the library. The bytes are those of ``tpxcc.convert``.
 
 import contextlib
 import os
+import threading
 
 import dask
 import dask.array as da
@@ -21,20 +22,37 @@ def _out_size(size, options):
     return (roi[2], roi[3]) if roi else size
 
 
+_buffers = threading.local()
+
+
+def _buffer(name, nbytes):
+    """A byte buffer of this thread's, reused from file to file: a fresh one
+    each time costs page faults that can take longer than the conversion
+    (Dask's workers return freed memory to the system at once)."""
+    b = getattr(_buffers, name, None)
+    if b is None or b.size < nbytes:
+        b = np.empty(nbytes, np.uint8)
+        setattr(_buffers, name, b)
+    return b[:nbytes]
+
+
 def convert_file(path, out_path, src_fmt, dst_fmt, size, **options):
     """Converts every raw frame of `path` (frames of `size`) into `out_path`,
     written under a temporary name and renamed when complete."""
-    src = format_named(src_fmt)
+    src, dst = format_named(src_fmt), format_named(dst_fmt)
     frame = src.frame_bytes(*size)
-    data = np.fromfile(path, np.uint8)
-    if data.size == 0 or data.size % frame:
+    total = os.path.getsize(path)
+    if total == 0 or total % frame:
         raise ConversionError("%s: %d bytes is not a whole number of %dx%d %s frames of %d bytes"
-                              % (path, data.size, size[0], size[1], src_fmt, frame))
+                              % (path, total, size[0], size[1], src_fmt, frame))
+    data, out = _buffer("in", frame), _buffer("out", dst.frame_bytes(*_out_size(size, options)))
     temp = out_path + ".part"
     try:
-        with open(temp, "wb") as f:
-            for i in range(data.size // frame):
-                convert(data[i * frame:(i + 1) * frame], src_fmt, dst_fmt, size=size, **options).tofile(f)
+        with open(path, "rb") as f, open(temp, "wb") as g:
+            for _ in range(total // frame):
+                if f.readinto(data) != frame:
+                    raise ConversionError("%s: truncated frame" % path)
+                g.write(convert(data, src_fmt, dst_fmt, size=size, out=out, **options))
         os.replace(temp, out_path)
     finally:
         if os.path.exists(temp):
