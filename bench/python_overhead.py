@@ -85,6 +85,22 @@ def overhead(bench):
         print("  %-22s %dx%d %9.1f us; 2x2 %6.1f us%s" % (name, W, H, t_big * 1e6, t_small * 1e6, share))
 
 
+def python_threads():
+    """64 conversions through tpxcc.raw on one and on two Python threads:
+    ctypes releases the GIL during the call."""
+    from concurrent.futures import ThreadPoolExecutor
+    rates = {}
+    for n in (1, 2):
+        jobs = [calls(W, H)["tpxcc.raw"] for _ in range(n)]
+        with ThreadPoolExecutor(n) as pool:
+            list(pool.map(lambda j: j(), jobs))
+            t = time.perf_counter()
+            list(pool.map(lambda k: jobs[k % n](), range(64)))
+            rates[n] = 64 / (time.perf_counter() - t)
+    print("tpxcc.raw on Python threads: 1 thread %.0f/s, 2 threads %.0f/s (%.2fx)" % (rates[1], rates[2],
+                                                                                     rates[2] / rates[1]))
+
+
 def throughput(files, threads_only, folder):
     import distributed
     from tpxcc import dask as tdask
@@ -122,5 +138,6 @@ if __name__ == "__main__":
     p.add_argument("--dir", help="folder for the files (default: the temporary folder; /dev/shm leaves the disk out)")
     a = p.parse_args()
     overhead(a.bench)
+    python_threads()
     if not a.skip_dask:
         throughput(a.files, a.threads_only, a.dir)
