@@ -4,16 +4,17 @@
   function and tpxcc.convert, and of the same calls on a 2x2 image (the
   Python side's cost), against the C call's time from tpxcc_bench (Google
   Benchmark, the same export at the same size);
-- Dask throughput for 32 NV12 files to RGB with one and with two workers
-  (a distributed LocalCluster, one thread a worker; a worker per process
-  unless --threads-only), files in a scratch folder (--dir).
+- Dask throughput for 32 NV12 files to RGB with one and with two workers:
+  the local threaded scheduler, and a distributed LocalCluster (one thread a
+  worker; a worker per process unless --threads-only); files of --frames
+  frames in a scratch folder (--dir).
 
 Run from the build folder's environment, for instance
     TPXCC_LIBRARY=build/libtpxcc.so PYTHONPATH=python python3 bench/python_overhead.py build/bench/tpxcc_bench
 """
 
 import argparse
-import ctypes
+import contextlib
 import json
 import os
 import shutil
@@ -101,7 +102,7 @@ def python_threads():
                                                                                      rates[2] / rates[1]))
 
 
-def throughput(files, threads_only, folder):
+def throughput(files, frames, threads_only, folder):
     import distributed
     from tpxcc import dask as tdask
     work = tempfile.mkdtemp(prefix="tpxcc-dask-", dir=folder)
@@ -111,20 +112,26 @@ def throughput(files, threads_only, folder):
         paths = []
         for i in range(files):
             paths.append(os.path.join(work, "f%02d.nv12" % i))
-            rng.integers(0, 256, frame, np.uint8).tofile(paths[-1])
-        rates = {}
-        for workers in (1, 2):
-            with distributed.LocalCluster(n_workers=workers, threads_per_worker=1, processes=not threads_only,
-                                          dashboard_address=None) as cluster, distributed.Client(cluster) as client:
-                tdask.convert_files(paths[:2], os.path.join(work, "warm"), "nv12", "rgb24", size=(W, H),
-                                    client=client, progress=False)
-                t = time.perf_counter()
-                tdask.convert_files(paths, os.path.join(work, "out"), "nv12", "rgb24", size=(W, H), client=client,
-                                    progress=False)
-                rates[workers] = files / (time.perf_counter() - t)
-            print("Dask, %d files NV12 to RGB, %d worker%s: %6.1f files/s" % (files, workers, "s"[:workers - 1],
-                                                                               rates[workers]))
-        print("  two workers over one: %.2fx" % (rates[2] / rates[1]))
+            rng.integers(0, 256, frame * frames, np.uint8).tofile(paths[-1])
+        print("Dask, %d files of %d frame%s of %dx%d NV12 to RGB, files a second:" % (files, frames, "s"[:frames - 1],
+                                                                                   W, H))
+        for where in ("threaded scheduler", "LocalCluster"):
+            rates = {}
+            for workers in (1, 2):
+                with contextlib.ExitStack() as stack:
+                    run = {"size": (W, H), "progress": False, "workers": workers}
+                    if where == "LocalCluster":
+                        cluster = stack.enter_context(distributed.LocalCluster(
+                            n_workers=workers, threads_per_worker=1, processes=not threads_only,
+                            dashboard_address=None))
+                        run = {"size": (W, H), "progress": False, "client": stack.enter_context(distributed.Client(cluster))}
+                    tdask.convert_files(paths[:2 * workers], os.path.join(work, "warm"), "nv12", "rgb24", **run)
+                    t = time.perf_counter()
+                    tdask.convert_files(paths, os.path.join(work, "out"), "nv12", "rgb24", **run)
+                    rates[workers] = files / (time.perf_counter() - t)
+            kind = " (worker threads)" if threads_only and where == "LocalCluster" else ""
+            print("  %-20s 1 worker %6.1f, 2 workers %6.1f: %.2fx%s" % (where, rates[1], rates[2], rates[2] / rates[1],
+                                                                       kind))
     finally:
         shutil.rmtree(work)
 
@@ -133,6 +140,7 @@ if __name__ == "__main__":
     p = argparse.ArgumentParser(description=__doc__.split("\n\n")[0])
     p.add_argument("bench", nargs="?", help="build/bench/tpxcc_bench, for the C call's time")
     p.add_argument("--files", type=int, default=32)
+    p.add_argument("--frames", type=int, default=1, help="frames a file")
     p.add_argument("--threads-only", action="store_true", help="workers as threads of this process")
     p.add_argument("--skip-dask", action="store_true")
     p.add_argument("--dir", help="folder for the files (default: the temporary folder; /dev/shm leaves the disk out)")
@@ -140,4 +148,4 @@ if __name__ == "__main__":
     overhead(a.bench)
     python_threads()
     if not a.skip_dask:
-        throughput(a.files, a.threads_only, a.dir)
+        throughput(a.files, a.frames, a.threads_only, a.dir)

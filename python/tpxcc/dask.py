@@ -60,7 +60,7 @@ def convert_file(path, out_path, src_fmt, dst_fmt, size, **options):
     return out_path
 
 
-def _compute(tasks, client, progress):
+def _compute(tasks, client, progress, workers=None):
     if client is not None:
         futures = client.compute(tasks)
         if progress:
@@ -69,13 +69,14 @@ def _compute(tasks, client, progress):
         return client.gather(futures)
     from dask.diagnostics import ProgressBar
     with ProgressBar() if progress else contextlib.nullcontext():
-        return list(dask.compute(*tasks, scheduler="threads"))
+        return list(dask.compute(*tasks, scheduler="threads", num_workers=workers))
 
 
-def convert_files(paths, dst_dir, src_fmt, dst_fmt, size=None, client=None, progress=True, **options):
+def convert_files(paths, dst_dir, src_fmt, dst_fmt, size=None, client=None, progress=True, workers=None, **options):
     """Converts raw files of `src_fmt` frames (size=(width, height)) to
     `dst_fmt`, one task per file, into dst_dir/<name>.<dst_fmt>; returns the
-    output paths. Options as tpxcc.convert."""
+    output paths. Runs on `client`, or on the local threaded scheduler with
+    `workers` threads (default: one a core). Options as tpxcc.convert."""
     if size is None:
         raise ConversionError("raw files need size=(width, height)")
     os.makedirs(dst_dir, exist_ok=True)
@@ -83,7 +84,7 @@ def convert_files(paths, dst_dir, src_fmt, dst_fmt, size=None, client=None, prog
     for p in paths:
         out = os.path.join(dst_dir, os.path.splitext(os.path.basename(p))[0] + "." + dst_fmt)
         tasks.append(dask.delayed(convert_file, pure=False)(p, out, src_fmt, dst_fmt, tuple(size), **options))
-    return _compute(tasks, client, progress)
+    return _compute(tasks, client, progress, workers)
 
 
 def convert_array(frames, src_fmt, dst_fmt, size=None, **options):
