@@ -30,10 +30,8 @@ Format packed422(const char* name, int y, int u, int v) {
     return {name, 1, {{1, 1, 2}}, {{C::Y, 0, y, 2}, {C::U, 0, u, 4}, {C::V, 0, v, 4}}, -1, {}, {}};
 }
 
-Format bayer(const char* phase, int grid, int bytes) {
-    Format f{std::string("bayer_") + phase + (bytes == 1 ? "8" : "16le"), bytes, {{1, 1, 1}}, {{C::Mosaic, 0, 0, 1}},
-             grid, bytes == 1 ? "bayer8" : "bayer16", {}};
-    return f;
+Format bayer(const char* name, int bytes, int grid) {
+    return {name, bytes, {{1, 1, 1}}, {{C::Mosaic, 0, 0, 1}}, grid, bytes == 1 ? "bayer8" : "bayer16", {}};
 }
 
 // One component in rows packed in groups.
@@ -44,31 +42,16 @@ Format grouped(const char* name, int bytes, Comp comp, Packing packing) {
 }
 
 std::vector<Format> makeFormats() {
-    std::vector<Format> v = {
-        packed("rgb24", 1, {C::R, C::G, C::B}),
-        packed("bgr24", 1, {C::B, C::G, C::R}),
-        packed("rgba", 1, {C::R, C::G, C::B, C::A}),
-        packed("bgra", 1, {C::B, C::G, C::R, C::A}),
-        packed("gray", 1, {C::Gray}),
-        packed("gray16le", 2, {C::Gray}),
-        packed("rgb48le", 2, {C::R, C::G, C::B}),
-        packed("bgra64le", 2, {C::B, C::G, C::R, C::A}),
-        planar("yuv444p", 1, 1),
-        planar("yuv422p", 2, 1),
-        planar("yuv420p", 2, 2),
-        planar("yuv411p", 4, 1),
-        semiPlanar("nv12", C::U, C::V),
-        semiPlanar("nv21", C::V, C::U),
-        packed422("yuyv422", 0, 1, 3),
-        packed422("uyvy422", 1, 0, 2),
-        grouped("monob", 1, C::Gray, {8, 1, 1}),
-        grouped("v210", 4, C::Y, {6, 16, 128}),
+    const Comp R = C::R, G = C::G, B = C::B, A = C::A, Y = C::Y, U = C::U, V = C::V, Gray = C::Gray;
+#define PACKED(name, bytes, ...) packed(name, bytes, {__VA_ARGS__}),
+#define PLANAR(name, xdiv, ydiv) planar(name, xdiv, ydiv),
+#define SEMIPLANAR(name, first, second) semiPlanar(name, first, second),
+#define PACKED422(name, y, u, v) packed422(name, y, u, v),
+#define GROUPED(name, bytes, comp, pixels, groupBytes, align) grouped(name, bytes, comp, {pixels, groupBytes, align}),
+#define BAYER(name, bytes, grid) bayer(name, bytes, grid),
+    return {
+#include "routes.def"
     };
-    const struct { const char* phase; int grid; } phases[] = {
-        {"bggr", tpxBayerBGGR}, {"rggb", tpxBayerRGGB}, {"gbrg", tpxBayerGBRG}, {"grbg", tpxBayerGRBG}};
-    for (int bytes : {1, 2})
-        for (const auto& ph : phases) v.push_back(bayer(ph.phase, ph.grid, bytes));
-    return v;
 }
 
 }  // namespace

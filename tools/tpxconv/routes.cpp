@@ -7,10 +7,10 @@
 namespace conv {
 namespace {
 
-// Edge costs: a route first avoids dropping colour, then computing steps; a
-// move between layouts goes through the chroma-layout exports (two of them
-// if need be) before the one-component repacking below.
-enum Cost { kExact = 1, kRepack = 3, kLossy = 10, kGray = 100 };
+enum Cost {
+#define COST(name, value) name = value,
+#include "routes.def"
+};
 
 struct Edge {
     const char* from;  // a format name, or a group ("bayer8", "bayer16")
@@ -66,130 +66,67 @@ TpxStatus workBuffer(int layout, const View& s, const Options& o, std::vector<ui
     buffer.resize(size_t(std::max(size, 0)) + 1);
     return st;
 }
-// 16 bits to 8 through the bit-depth reduction, 256 levels, the chosen dither.
+// The argument patterns of routes.def: each calls its export with the views
+// and options laid out as that export takes them.
+#define PATTERN(name, ...)                                                               \
+    template <class Fn>                                                                  \
+    TpxStatus name(Fn fn, const View& s, const View& d, const Options& o) {              \
+        (void)d, (void)o;                                                                \
+        return fn(__VA_ARGS__);                                                          \
+    }
+PATTERN(C_C, S0, D0, ROI)
+PATTERN(C_CA, S0, D0, ROI, AL)
+PATTERN(C_C_BGR, S0, D0, ROI, kBgrWeights)
+PATTERN(C_P, S0, DP, ROI)
+PATTERN(C_P1, S0, DP1, ROI)
+PATTERN(C_Pr, S0, DPr, ROI)
+PATTERN(C_P2, S0, D2, ROI)
+PATTERN(P_C, SP, D0, ROI)
+PATTERN(P_CA, SP, D0, ROI, AL)
+PATTERN(Pr_CA, SPr, D0, ROI, AL)
+PATTERN(P1_C, SP1, D0, ROI)
+PATTERN(P1_CA, SP1, D0, ROI, AL)
+PATTERN(P2_C, S2, D0, ROI)
+PATTERN(P2_CA, S2, D0, ROI, AL)
+PATTERN(P_P, SP, DP, ROI)
+PATTERN(P_P2, SP, D2, ROI)
+PATTERN(Pr_P2, SPr, D2, ROI)
+PATTERN(P2_P, S2, DP, ROI)
+PATTERN(P2_Pr, S2, DPr, ROI)
+PATTERN(C16_C16, S16, D16, ROI)
+PATTERN(C16_C16A, S16, D16, ROI, Tpx16u(o.alpha * 257))
+PATTERN(C16_C16_BGR, S16, D16, ROI, kBgrWeights)
+PATTERN(V210_GRAY, V210, ROI)
+PATTERN(MOS_C_GRID, MOS, D0, grid(s))
+PATTERN(MOS_C_GRID0, MOS, D0, grid(s), 0)
+PATTERN(MOS_GAINS_C_GRID, MOS, vngGains(o).data(), D0, grid(s))
+PATTERN(MOS16_C16_GRID, MOS16, D16, grid(s))
+PATTERN(MOS16_C16_GRID0, MOS16, D16, grid(s), 0)
+PATTERN(MOS16_GAINS_C16_GRID, MOS16, vngGains(o).data(), D16, grid(s))
+#undef PATTERN
+
+// 16 bits to 8 through the bit-depth reduction, 256 levels, the chosen
+// dither; the layout is the channel count.
 template <class Fn>
-TpxStatus reduce16(Fn fn, int layout, const View& s, const View& d, const Options& o) {
+TpxStatus REDUCE16(Fn fn, const View& s, const View& d, const Options& o) {
     std::vector<uint8_t> buffer;
-    if (TpxStatus st = workBuffer(layout, s, o, buffer); st < 0) return st;
+    if (TpxStatus st = workBuffer(int(s.fmt->channels.size()), s, o, buffer); st < 0) return st;
     return fn(u16(s.p[0]), s.step[0], d.p[0], d.step[0], s.roi(), 0, o.dither, 256, buffer.data());
 }
 // Gray to one bit per pixel, most significant bit first: a sample above the
 // threshold gives 1, which monob reads as white.
-TpxStatus toOneBit(const View& s, const View& d, const Options& o) {
+template <class Fn>
+TpxStatus ONEBIT(Fn fn, const View& s, const View& d, const Options& o) {
     std::vector<uint8_t> buffer;
     if (TpxStatus st = workBuffer(1, s, o, buffer); st < 0) return st;
-    return tpxiReduceBits_8u1u_C1R(s.p[0], s.step[0], d.p[0], d.step[0], 0, s.roi(), 0, 0, o.dither,
-                                   Tpx8u(o.threshold), buffer.data());
+    return fn(s.p[0], s.step[0], d.p[0], d.step[0], 0, s.roi(), 0, 0, o.dither, Tpx8u(o.threshold), buffer.data());
 }
-#define R16(from, to, fn, layout)                                                       \
-    {from, to, Matrix::Any, Method::Any, kLossy, #fn,                                   \
-     [](const View& s, const View& d, const Options& o) { return reduce16(fn, layout, s, d, o); }}
-#define E(from, to, matrix, method, cost, fn, args)                                             \
-    {from, to, Matrix::matrix, Method::method, cost, #fn,                                        \
-     [](const View& s, const View& d, const Options& o) -> TpxStatus { (void)o; (void)d; return fn args; }}
 
 const Edge kEdges[] = {
-    // RGB and BGR to YCbCr (BT.601 studio range unless marked)
-    E("rgb24", "yuv444p", Bt601, Any, kLossy, tpxiRGBToYCbCr_8u_C3P3R, (S0, DP1, ROI)),
-    E("rgba", "yuv444p", Bt601, Any, kLossy, tpxiRGBToYCbCr_8u_AC4P3R, (S0, DP1, ROI)),
-    E("rgb24", "yuv422p", Bt601, Any, kLossy, tpxiRGBToYCbCr422_8u_C3P3R, (S0, DP, ROI)),
-    E("bgr24", "yuv422p", Bt601, Any, kLossy, tpxiBGRToYCbCr422_8u_C3P3R, (S0, DP, ROI)),
-    E("bgra", "yuv422p", Bt601, Any, kLossy, tpxiBGRToYCbCr422_8u_AC4P3R, (S0, DP, ROI)),
-    E("rgb24", "yuyv422", Bt601, Any, kLossy, tpxiRGBToYCbCr422_8u_C3C2R, (S0, D0, ROI)),
-    E("bgr24", "yuyv422", Bt601, Any, kLossy, tpxiBGRToYCbCr422_8u_C3C2R, (S0, D0, ROI)),
-    E("bgra", "yuyv422", Bt601, Any, kLossy, tpxiBGRToYCbCr422_8u_AC4C2R, (S0, D0, ROI)),
-    E("rgb24", "uyvy422", Bt601, Any, kLossy, tpxiRGBToCbYCr422_8u_C3C2R, (S0, D0, ROI)),
-    E("bgra", "uyvy422", Bt601, Any, kLossy, tpxiBGRToCbYCr422_8u_AC4C2R, (S0, D0, ROI)),
-    E("rgb24", "yuv420p", Bt601, Any, kLossy, tpxiRGBToYCbCr420_8u_C3P3R, (S0, DP, ROI)),
-    E("bgr24", "yuv420p", Bt601, Any, kLossy, tpxiBGRToYCbCr420_8u_C3P3R, (S0, DP, ROI)),
-    E("bgra", "yuv420p", Bt601, Any, kLossy, tpxiBGRToYCbCr420_8u_AC4P3R, (S0, DP, ROI)),
-    E("rgba", "yuv420p", Bt601, Any, kLossy, tpxiRGBToYCrCb420_8u_AC4P3R, (S0, swapChroma(d).p, swapChroma(d).step, ROI)),
-    E("rgb24", "nv12", Bt601, Any, kLossy, tpxiRGBToYCbCr420_8u_C3P2R, (S0, D2, ROI)),
-    E("rgba", "nv12", Bt601, Any, kLossy, tpxiRGBToYCbCr420_8u_C4P2R, (S0, D2, ROI)),
-    E("bgr24", "nv12", Bt601, Any, kLossy, tpxiBGRToYCbCr420_8u_C3P2R, (S0, D2, ROI)),
-    E("bgra", "nv12", Bt601, Any, kLossy, tpxiBGRToYCbCr420_8u_AC4P2R, (S0, D2, ROI)),
-    E("bgr24", "yuv411p", Bt601, Any, kLossy, tpxiBGRToYCbCr411_8u_C3P3R, (S0, DP, ROI)),
-    E("bgra", "yuv411p", Bt601, Any, kLossy, tpxiBGRToYCbCr411_8u_AC4P3R, (S0, DP, ROI)),
-    E("bgr24", "yuv420p", Bt709, Any, kLossy, tpxiBGRToYCbCr420_709CSC_8u_C3P3R, (S0, DP, ROI)),
-    E("bgra", "yuv420p", Bt709, Any, kLossy, tpxiBGRToYCbCr420_709CSC_8u_AC4P3R, (S0, DP, ROI)),
-    E("bgr24", "nv12", Bt709, Any, kLossy, tpxiBGRToYCbCr420_709CSC_8u_C3P2R, (S0, D2, ROI)),
-    E("bgra", "nv12", Bt709, Any, kLossy, tpxiBGRToYCbCr420_709CSC_8u_AC4P2R, (S0, D2, ROI)),
-    // YCbCr to RGB and BGR
-    E("yuv444p", "rgb24", Bt601, Any, kLossy, tpxiYCbCrToRGB_8u_P3C3R, (SP1, D0, ROI)),
-    E("yuv444p", "rgba", Bt601, Any, kLossy, tpxiYCbCrToRGB_8u_P3C4R, (SP1, D0, ROI, AL)),
-    E("yuv444p", "bgr24", Bt601, Any, kLossy, tpxiYCbCrToBGR_8u_P3C3R, (SP1, D0, ROI)),
-    E("yuv444p", "bgra", Bt601, Any, kLossy, tpxiYCbCrToBGR_8u_P3C4R, (SP1, D0, ROI, AL)),
-    E("yuv444p", "bgr24", Bt709, Any, kLossy, tpxiYCbCrToBGR_709CSC_8u_P3C3R, (SP1, D0, ROI)),
-    E("yuv444p", "bgra", Bt709, Any, kLossy, tpxiYCbCrToBGR_709CSC_8u_P3C4R, (SP1, D0, ROI, AL)),
-    E("yuyv422", "rgb24", Bt601, Any, kLossy, tpxiYCbCr422ToRGB_8u_C2C3R, (S0, D0, ROI)),
-    E("yuyv422", "rgba", Bt601, Any, kLossy, tpxiYCbCr422ToRGB_8u_C2C4R, (S0, D0, ROI, AL)),
-    E("yuyv422", "bgr24", Bt601, Any, kLossy, tpxiYCbCr422ToBGR_8u_C2C3R, (S0, D0, ROI)),
-    E("yuyv422", "bgra", Bt601, Any, kLossy, tpxiYCbCr422ToBGR_8u_C2C4R, (S0, D0, ROI, AL)),
-    E("uyvy422", "rgb24", Bt601, Any, kLossy, tpxiCbYCr422ToRGB_8u_C2C3R, (S0, D0, ROI)),
-    E("uyvy422", "bgra", Bt601, Any, kLossy, tpxiCbYCr422ToBGR_8u_C2C4R, (S0, D0, ROI, AL)),
-    E("yuv422p", "rgb24", Bt601, Any, kLossy, tpxiYCbCr422ToRGB_8u_P3C3R, (SP, D0, ROI)),
-    E("yuv422p", "bgr24", Bt601, Any, kLossy, tpxiYCbCr422ToBGR_8u_P3C3R, (SP, D0, ROI)),
-    E("yuv420p", "rgb24", Bt601, Any, kLossy, tpxiYCbCr420ToRGB_8u_P3C3R, (SP, D0, ROI)),
-    E("yuv420p", "bgr24", Bt601, Any, kLossy, tpxiYCbCr420ToBGR_8u_P3C3R, (SP, D0, ROI)),
-    E("yuv420p", "bgra", Bt601, Any, kLossy, tpxiYCbCr420ToBGR_8u_P3C4R, (SP, D0, ROI, AL)),
-    E("yuv420p", "rgba", Bt601, Any, kLossy, tpxiYCrCb420ToRGB_8u_P3C4R, (swapChroma(s).p, swapChroma(s).step, D0, ROI, AL)),
-    E("yuv420p", "bgr24", Bt709, Any, kLossy, tpxiYCbCr420ToBGR_709CSC_8u_P3C3R, (SP, D0, ROI)),
-    E("nv12", "rgb24", Bt601, Any, kLossy, tpxiYCbCr420ToRGB_8u_P2C3R, (S2, D0, ROI)),
-    E("nv12", "rgba", Bt601, Any, kLossy, tpxiYCbCr420ToRGB_8u_P2C4R, (S2, D0, ROI, AL)),
-    E("nv12", "bgr24", Bt601, Any, kLossy, tpxiYCbCr420ToBGR_8u_P2C3R, (S2, D0, ROI)),
-    E("nv12", "bgra", Bt601, Any, kLossy, tpxiYCbCr420ToBGR_8u_P2C4R, (S2, D0, ROI, AL)),
-    E("nv21", "rgb24", Bt601, Any, kLossy, tpxiYCrCb420ToRGB_8u_P2C3R, (S2, D0, ROI)),
-    E("nv21", "rgba", Bt601, Any, kLossy, tpxiYCrCb420ToRGB_8u_P2C4R, (S2, D0, ROI, AL)),
-    E("nv21", "bgr24", Bt601, Any, kLossy, tpxiYCrCb420ToBGR_8u_P2C3R, (S2, D0, ROI)),
-    E("nv21", "bgra", Bt601, Any, kLossy, tpxiYCrCb420ToBGR_8u_P2C4R, (S2, D0, ROI, AL)),
-    E("yuv411p", "bgr24", Bt601, Any, kLossy, tpxiYCbCr411ToBGR_8u_P3C3R, (SP, D0, ROI)),
-    E("yuv411p", "bgra", Bt601, Any, kLossy, tpxiYCbCr411ToBGR_8u_P3C4R, (SP, D0, ROI, AL)),
-    // Gray
-    E("rgb24", "gray", Any, Any, kGray, tpxiRGBToGray_8u_C3C1R, (S0, D0, ROI)),
-    E("rgba", "gray", Any, Any, kGray, tpxiRGBToGray_8u_AC4C1R, (S0, D0, ROI)),
-    E("bgr24", "gray", Any, Any, kGray, tpxiColorToGray_8u_C3C1R, (S0, D0, ROI, kBgrWeights)),
-    E("bgra", "gray", Any, Any, kGray, tpxiColorToGray_8u_AC4C1R, (S0, D0, ROI, kBgrWeights)),
-    E("rgb48le", "gray16le", Any, Any, kGray, tpxiRGBToGray_16u_C3C1R, (S16, D16, ROI)),
-    E("bgra64le", "gray16le", Any, Any, kGray, tpxiColorToGray_16u_AC4C1R, (S16, D16, ROI, kBgrWeights)),
-    E("gray", "rgb24", Any, Any, kExact, tpxiGrayToRGB_8u_C1C3R, (S0, D0, ROI)),
-    E("gray", "bgr24", Any, Any, kExact, tpxiGrayToRGB_8u_C1C3R, (S0, D0, ROI)),
-    E("gray", "rgba", Any, Any, kExact, tpxiGrayToRGB_8u_C1C4R, (S0, D0, ROI, AL)),
-    E("gray", "bgra", Any, Any, kExact, tpxiGrayToRGB_8u_C1C4R, (S0, D0, ROI, AL)),
-    E("gray16le", "rgb48le", Any, Any, kExact, tpxiGrayToRGB_16u_C1C3R, (S16, D16, ROI)),
-    E("gray16le", "bgra64le", Any, Any, kExact, tpxiGrayToRGB_16u_C1C4R, (S16, D16, ROI, Tpx16u(o.alpha * 257))),
-    E("v210", "gray16le", Any, Any, kGray, tpxiYUV422v210ToGray_709HDTV_32u16u_C3C1, (V210, ROI)),
-    {"gray", "monob", Matrix::Any, Method::Any, kLossy, "tpxiReduceBits_8u1u_C1R", toOneBit},
-    // 16 bits to 8
-    R16("gray16le", "gray", tpxiReduceBits_16u8u_C1R, 1),
-    R16("rgb48le", "rgb24", tpxiReduceBits_16u8u_C3R, 3),
-    R16("bgra64le", "bgra", tpxiReduceBits_16u8u_C4R, 4),
-    // Bayer mosaics
-    E("bayer8", "rgb24", Any, Bilinear, kLossy, tpxiCFAToRGB_8u_C1C3R, (MOS, D0, grid(s), 0)),
-    E("bayer8", "rgb24", Any, Ahd, kLossy, tpxiDemosaicAHD_8u_C1C3R, (MOS, D0, grid(s))),
-    E("bayer8", "bgra", Any, Vng, kLossy, tpxiCFAToBGRA_VNG_8u_C1C4R, (MOS, vngGains(o).data(), D0, grid(s))),
-    E("bayer16", "rgb48le", Any, Bilinear, kLossy, tpxiCFAToRGB_16u_C1C3R, (MOS16, D16, grid(s), 0)),
-    E("bayer16", "rgb48le", Any, Ahd, kLossy, tpxiDemosaicAHD_16u_C1C3R, (MOS16, D16, grid(s))),
-    E("bayer16", "bgra64le", Any, Vng, kLossy, tpxiCFAToBGRA_VNG_16u_C1C4R, (MOS16, vngGains(o).data(), D16, grid(s))),
-    // Chroma layout: the same samples in another layout (nv21 is nv12 with
-    // the pair bytes in V, U order, so its planes are yuv420p's swapped) ...
-    E("yuv420p", "nv12", Any, Any, kExact, tpxiYCbCr420_8u_P3P2R, (SP, D2, ROI)),
-    E("yuv420p", "nv21", Any, Any, kExact, tpxiYCbCr420_8u_P3P2R, (SPr, D2, ROI)),
-    E("nv12", "yuv420p", Any, Any, kExact, tpxiYCbCr420_8u_P2P3R, (S2, DP, ROI)),
-    E("nv21", "yuv420p", Any, Any, kExact, tpxiYCbCr420_8u_P2P3R, (S2, DPr, ROI)),
-    E("yuv422p", "yuyv422", Any, Any, kExact, tpxiYCbCr422_8u_P3C2R, (SP, D0, ROI)),
-    E("yuyv422", "yuv422p", Any, Any, kExact, tpxiYCbCr422_8u_C2P3R, (S0, DP, ROI)),
-    E("yuv422p", "uyvy422", Any, Any, kExact, tpxiYCbCr422ToCbYCr422_8u_P3C2R, (SP, D0, ROI)),
-    E("uyvy422", "yuv422p", Any, Any, kExact, tpxiCbYCr422ToYCbCr422_8u_C2P3R, (S0, DP, ROI)),
-    E("yuyv422", "uyvy422", Any, Any, kExact, tpxiYCbCr422ToCbYCr422_8u_C2R, (S0, D0, ROI)),
-    E("uyvy422", "yuyv422", Any, Any, kExact, tpxiCbYCr422ToYCbCr422_8u_C2R, (S0, D0, ROI)),
-    // ... and in another sampling: chroma rows or columns dropped, repeated
-    // or resampled, luma copied.
-    E("yuv422p", "yuv420p", Any, Any, kLossy, tpxiYCbCr422ToYCbCr420_8u_P3R, (SP, DP, ROI)),
-    E("yuv420p", "yuv422p", Any, Any, kLossy, tpxiYCbCr420ToYCbCr422_8u_P3R, (SP, DP, ROI)),
-    E("yuv411p", "yuv420p", Any, Any, kLossy, tpxiYCbCr411ToYCbCr420_8u_P3R, (SP, DP, ROI)),
-    E("nv12", "yuv411p", Any, Any, kLossy, tpxiYCbCr420ToYCbCr411_8u_P2P3R, (S2, DP, ROI)),
-    E("uyvy422", "nv12", Any, Any, kLossy, tpxiCbYCr422ToYCbCr420_8u_C2P2R, (S0, D2, ROI)),
-    E("nv12", "uyvy422", Any, Any, kLossy, tpxiYCbCr420ToCbYCr422_8u_P2C2R, (S2, D0, ROI)),
+#define EDGE(from, to, matrix, method, cost, fn, pattern)                                          \
+    {from, to, Matrix::matrix, Method::method, cost, #fn,                                           \
+     [](const View& s, const View& d, const Options& o) -> TpxStatus { return pattern(fn, s, d, o); }},
+#include "routes.def"
 };
 
 // ---- Gamma correction of RGB outputs, in place, alpha untouched ----
@@ -205,13 +142,10 @@ struct GammaEdge {
     const char* function;
     Run run;
 };
-#define GAMMA(dir, type, layout, bytes, channels)                                    \
-    {Gamma::dir, bytes, channels, "tpxiGamma" #dir "_" #type "_" #layout "IR",          \
-     [](const View& v, const View&, const Options&) { return inPlace(tpxiGamma##dir##_##type##_##layout##IR, v); }}
-
 const GammaEdge kGammaEdges[] = {
-    GAMMA(Fwd, 8u, C3, 1, 3), GAMMA(Fwd, 8u, AC4, 1, 4), GAMMA(Fwd, 16u, C3, 2, 3), GAMMA(Fwd, 16u, AC4, 2, 4),
-    GAMMA(Inv, 8u, C3, 1, 3), GAMMA(Inv, 8u, AC4, 1, 4), GAMMA(Inv, 16u, C3, 2, 3), GAMMA(Inv, 16u, AC4, 2, 4),
+#define GAMMA(dir, bytes, channels, fn) \
+    {Gamma::dir, bytes, channels, #fn, [](const View& v, const View&, const Options&) { return inPlace(fn, v); }},
+#include "routes.def"
 };
 
 Step gammaStep(const Format& f, Gamma g) {
