@@ -53,6 +53,10 @@ void meanRow(const float* s, uint8_t* d, Len n, float scale) {
 }  // namespace
 
 #define TPX_TONEMAP_PASSES {maximumRow, sumRow, linearRow, meanRow}
+// The vector builds take the maximum in lanes: the largest number does not
+// depend on the order of the comparisons (only a zero's sign might, and the
+// entries treat both zeros alike), and a NaN anywhere makes the result NaN.
+#define TPX_TONEMAP_PASSES_LANES {maximumLanes, sumRow, linearRow, meanRow}
 extern const Passes kPassesAvx2, kPassesAvx512;
 
 }  // namespace tpx::tonemap

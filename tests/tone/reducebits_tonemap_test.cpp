@@ -225,6 +225,11 @@ TEST(ReduceBitsToneMap, ToneMapStatedCases) {
     EXPECT_EQ(map(false, {1, 1, 10}).at(2), 255);
     EXPECT_EQ(map(false, {5}), (V{127, 100}));
     EXPECT_EQ(map(false, {1, NAN, 2}), (V{0, 0, 0, 100}));
+    std::vector<float> wide(40, 1.0f);  // a NaN among whole vectors, a larger number after it
+    wide[20] = NAN, wide[30] = 4.0f;
+    V zeros(40, 0);
+    zeros.push_back(100);
+    EXPECT_EQ(map(true, wide), zeros);
 }
 
 }  // namespace
