@@ -85,50 +85,74 @@ constexpr Kernel kKernels[4] = {
 };
 
 // Channel c of an image of K samples per pixel, diffused as an image of its own.
+//
+// Without noise, R = 4 rows are in flight at once, each kLag pixels behind
+// the one above it: a pixel needs the row above only up to x + 2, and its
+// errors may overwrite those of the row three (two, for Floyd-Steinberg)
+// above once the row between has read them, which a lag of 4 ensures. The
+// rows' chains of dependent operations then overlap; every sample sees the
+// same errors as row by row. With noise the rows go one by one, so that the
+// draws follow the samples in memory order.
 template <class S, class D, int K, int Type, bool Noisy>
 void diffuse(Image<const S> src, Image<D> dst, int64_t w, int64_t h, int c, const Quant& q, float* lines, Noise& noise) {
     constexpr Kernel k = kKernels[Type];
-    constexpr int g = k.reach, span = 2 * g;
-    const int64_t stride = w + span;
-    std::fill(lines, lines + (g == 1 ? 2 : 3) * stride, 0.0f);
-    float *cur = lines, *above = lines + stride, *before = g == 2 ? lines + 2 * stride : nullptr;
-    for (int64_t y = 0; y < h; ++y) {
-        const S* s = src.row(y);
-        D* d = dst.row(y);
-        // The last two errors of this row, kept in registers (cur holds them too).
-        float left1 = cur[g - 1], left2 = g == 2 ? cur[0] : 0.0f;
-        for (int64_t x = 0; x < w; ++x) {
+    constexpr int g = k.reach, nLines = g == 1 ? 2 : 3, R = Noisy ? 1 : 4;
+    constexpr int64_t kLag = 4;
+    const int64_t stride = w + 2 * g;
+    std::fill(lines, lines + nLines * stride, 0.0f);
+    auto line = [&](int64_t y) { return lines + (y % nLines) * stride; };
+    struct Row {
+        const S* s;
+        D* d;
+        float *cur, *above, *before;
+        float left1, left2;  // the row's last two errors
+    };
+    for (int64_t y0 = 0; y0 < h; y0 += R) {
+        const int n = int(std::min<int64_t>(R, h - y0));
+        Row row[R];
+        for (int r = 0; r < n; ++r) {
+            const int64_t y = y0 + r;
+            row[r] = {src.row(y), dst.row(y), line(y), line(y + nLines - 1), line(y + nLines - 2), 0.0f, 0.0f};
+        }
+        // One pixel of row r; the rows' states stay in registers where every
+        // index is a constant.
+        auto pixel = [&](Row& o, int64_t x) __attribute__((always_inline)) {
             const int64_t i = x + g;
             // The rows above first: only the last terms wait for this row's errors.
-            float sum = k.above[2 - g] * above[i - g];
-            for (int j = 1 - g; j <= g; ++j) sum = sum + k.above[j + 2] * above[i + j];
+            float sum = k.above[2 - g] * o.above[i - g];
+            for (int j = 1 - g; j <= g; ++j) sum = sum + k.above[j + 2] * o.above[i + j];
             if constexpr (g == 2)
-                for (int j = -2; j <= 2; ++j) sum = sum + k.before[j + 2] * before[i + j];
-            if constexpr (g == 2) sum = sum + k.left[1] * left2;
-            sum = sum + k.left[0] * left1;
-            const float v0 = domain<S, D>(s[K * x + c]) + sum * k.scale, v = Noisy ? v0 + noise.next() : v0;
-            float err = 0.0f, out;
-            if (v >= q.D) {
-                out = q.D;
-            } else if (!(v >= 0.0f)) {  // below 0, or NaN
-                out = 0.0f;
-            } else {
-                // 0 <= v < D here, so v inv lies in 0..L: the integer conversion truncates it.
-                float r = float(int32_t(v * q.inv)) * q.step;
-                r = q.step * 0.5f < v - r ? r + q.step : r;
-                err = v - r;
-                out = r;
+                for (int j = -2; j <= 2; ++j) sum = sum + k.before[j + 2] * o.before[i + j];
+            if constexpr (g == 2) sum = sum + k.left[1] * o.left2;
+            sum = sum + k.left[0] * o.left1;
+            const float v0 = domain<S, D>(o.s[K * x + c]) + sum * k.scale, v = Noisy ? v0 + noise.next() : v0;
+            // Without branches (a noisy image takes both sides often): v at or
+            // above D gives D, below 0 (or NaN) gives 0, both with no error;
+            // in between, 0 <= v < D so v inv lies in 0..L and the integer
+            // conversion truncates it.
+            const bool high = v >= q.D, inside = !high && v >= 0.0f;
+            const float vi = inside ? v : 0.0f;
+            float r0 = float(int32_t(vi * q.inv)) * q.step;
+            r0 = q.step * 0.5f < vi - r0 ? r0 + q.step : r0;
+            const float err = inside ? vi - r0 : 0.0f, out = inside ? r0 : high ? q.D : 0.0f;
+            o.cur[i] = err;
+            o.left2 = o.left1, o.left1 = err;
+            o.d[K * x + c] = saturated<D>(out);
+        };
+        int64_t t = 0;
+        auto some = [&](int64_t end) {  // the ramps: rows that have started and not yet ended
+            for (; t < end; ++t)
+                for (int r = 0; r < n; ++r)
+                    if (t - r * kLag >= 0 && t - r * kLag < w) pixel(row[r], t - r * kLag);
+        };
+        if constexpr (R == 4)
+            if (n == R && w > (R - 1) * kLag) {
+                some((R - 1) * kLag);
+                Row a = row[0], b = row[1], e = row[2], f = row[3];
+                for (; t < w; ++t) pixel(a, t), pixel(b, t - kLag), pixel(e, t - 2 * kLag), pixel(f, t - 3 * kLag);
+                row[0] = a, row[1] = b, row[2] = e, row[3] = f;
             }
-            cur[i] = err;
-            left2 = left1, left1 = err;
-            d[K * x + c] = saturated<D>(out);
-        }
-        if constexpr (g == 1) {
-            std::swap(cur, above);
-        } else {
-            float* reuse = before;
-            before = above, above = cur, cur = reuse;
-        }
+        some(w + (n - 1) * kLag);
     }
 }
 
