@@ -1,8 +1,9 @@
 // One table of every image export: its name, the shape of its images and
 // arguments, its checks in order, and a thunk that calls it from a generic
 // argument record. The check-order, model, tier-agreement, limit, concurrency
-// and fuzz tests all walk this table, so a family adds its members here once
-// (one file in support/rows/) and every one of those covers them.
+// and fuzz tests all walk this table. Its rows are the header's declarations
+// (support/rows/generate.cmake); each family's file in support/rows/ reads
+// its members' shapes from their names and adds what names cannot say.
 #pragma once
 
 #include "tpxcc.h"

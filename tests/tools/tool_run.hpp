@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <dirent.h>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -69,16 +68,10 @@ inline void writeFile(const std::string& p, const Bytes& b) {
     std::ofstream(p, std::ios::binary).write(reinterpret_cast<const char*>(b.data()), std::streamsize(b.size()));
 }
 
-inline bool exists(const std::string& p) { return std::ifstream(p).good(); }
-
 // Names in the scratch folder (temporary files of tpxconv start with a dot).
 inline std::vector<std::string> scratchNames() {
     std::vector<std::string> names;
-    if (DIR* d = opendir(scratch().c_str())) {
-        while (dirent* e = readdir(d))
-            if (std::string(e->d_name) != "." && std::string(e->d_name) != "..") names.push_back(e->d_name);
-        closedir(d);
-    }
+    for (const auto& e : std::filesystem::directory_iterator(scratch())) names.push_back(e.path().filename().string());
     std::sort(names.begin(), names.end());
     return names;
 }

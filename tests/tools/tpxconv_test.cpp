@@ -21,6 +21,16 @@ Bytes randomBytes(size_t n, uint32_t seed) {
 
 uint8_t clamp255(int v) { return uint8_t(std::min(255, std::max(0, v))); }
 
+// tpxconv from a scratch file holding `input` (named `in`, whose extension
+// may name its format) to the scratch file `out` with `options`: out's bytes.
+Bytes convert(const Bytes& input, const std::string& options, const std::string& in = "conv.in",
+              const std::string& out = "conv.out") {
+    writeFile(path(in), input);
+    const Result r = tpxconv(path(in) + " " + path(out) + " " + options);
+    EXPECT_EQ(r.code, 0) << options << ": " << r.err;
+    return readFile(path(out));
+}
+
 // RGB to studio-range YCbCr, 16-bit fixed point with the rounding folded into
 // the offsets.
 void encode601(int r, int g, int b, uint8_t* y, uint8_t* cb, uint8_t* cr) {
@@ -50,10 +60,8 @@ TEST(Tpxconv, Yuv444RoundTripMatchesTheModelOnEveryFrame) {
     const int w = 37, h = 5, frames = 3;  // 37: four blocks of 8 and a remainder of 5
     const size_t n = size_t(w) * h;
     const Bytes rgb = randomBytes(n * 3 * frames, 1);
-    writeFile(path("rt.rgb24"), rgb);
     const std::string size = " --size " + std::to_string(w) + "x" + std::to_string(h);
-    ASSERT_EQ(tpxconv(path("rt.rgb24") + " " + path("rt.yuv") + " --pix-fmt rgb24 --to yuv444p" + size).code, 0);
-    const Bytes yuv = readFile(path("rt.yuv"));
+    const Bytes yuv = convert(rgb, "--pix-fmt rgb24 --to yuv444p" + size);
     ASSERT_EQ(yuv.size(), rgb.size());
     Bytes expectYuv(yuv.size());
     for (int f = 0; f < frames; ++f)
@@ -64,8 +72,7 @@ TEST(Tpxconv, Yuv444RoundTripMatchesTheModelOnEveryFrame) {
         }
     EXPECT_EQ(yuv, expectYuv);
 
-    ASSERT_EQ(tpxconv(path("rt.yuv") + " " + path("back.rgb24") + " --pix-fmt yuv444p" + size).code, 0);
-    const Bytes back = readFile(path("back.rgb24"));
+    const Bytes back = convert(yuv, "--pix-fmt yuv444p" + size, "rt.yuv", "back.rgb24");
     ASSERT_EQ(back.size(), rgb.size());
     int worst = 0;
     for (int f = 0; f < frames; ++f)
@@ -82,8 +89,7 @@ TEST(Tpxconv, Yuv444RoundTripMatchesTheModelOnEveryFrame) {
     EXPECT_LE(worst, 2);
 
     // Frames converted in parallel give the same bytes.
-    ASSERT_EQ(tpxconv(path("rt.yuv") + " " + path("back4.rgb24") + " --pix-fmt yuv444p --threads 4" + size).code, 0);
-    EXPECT_EQ(readFile(path("back4.rgb24")), back);
+    EXPECT_EQ(convert(yuv, "--pix-fmt yuv444p --threads 4" + size, "rt.yuv", "back4.rgb24"), back);
 }
 
 // Repacking conversions move every sample unchanged: expected output bytes
@@ -132,11 +138,9 @@ TEST(Tpxconv, RepackingIsExact) {
     for (const Repack& r : cases) {
         SCOPED_TRACE(std::string(r.from) + " -> " + r.to + " " + r.extra);
         const Bytes in = randomBytes(r.inBytes, 2);
-        writeFile(path("repack.in"), in);
-        const Result res = tpxconv(path("repack.in") + " " + path("repack.out") + " --pix-fmt " + r.from + " --to " +
-                                   r.to + " --size " + std::to_string(r.w) + "x" + std::to_string(r.h) + " " + r.extra);
-        ASSERT_EQ(res.code, 0) << res.err;
-        EXPECT_EQ(readFile(path("repack.out")), r.model(in));
+        EXPECT_EQ(convert(in, std::string("--pix-fmt ") + r.from + " --to " + r.to + " --size " + std::to_string(r.w) +
+                                  "x" + std::to_string(r.h) + " " + r.extra),
+                  r.model(in));
     }
 }
 
@@ -149,44 +153,29 @@ Bytes pnm(const std::string& header, const Bytes& data) {
 TEST(Tpxconv, PpmAndPgmFilesReadAndWrite) {
     // 8-bit PPM, with a comment in the header, to raw rgb24 and back to PPM.
     const Bytes rgb = randomBytes(5 * 3 * 3, 3);
-    writeFile(path("a.ppm"), pnm("P6\n# made by a test\n5 3\n255\n", rgb));
-    ASSERT_EQ(tpxconv(path("a.ppm") + " " + path("a.rgb24")).code, 0);
-    EXPECT_EQ(readFile(path("a.rgb24")), rgb);
-    ASSERT_EQ(tpxconv(path("a.rgb24") + " " + path("b.ppm") + " --pix-fmt rgb24 --size 5x3").code, 0);
-    EXPECT_EQ(readFile(path("b.ppm")), pnm("P6\n5 3\n255\n", rgb));
-
-    // 16-bit PGM samples are big-endian; gray16le swaps every pair of bytes.
+    EXPECT_EQ(convert(pnm("P6\n# made by a test\n5 3\n255\n", rgb), "", "a.ppm", "a.rgb24"), rgb);
+    EXPECT_EQ(convert(rgb, "--pix-fmt rgb24 --size 5x3", "conv.in", "b.ppm"), pnm("P6\n5 3\n255\n", rgb));
+    // 16-bit PGM samples are big-endian; gray16le swaps every pair of bytes;
+    // a 16-bit PGM in gives a 16-bit PGM out.
     const Bytes gray = randomBytes(4 * 2 * 2, 4);
-    writeFile(path("c.pgm"), pnm("P5 4 2 65535\n", gray));
-    ASSERT_EQ(tpxconv(path("c.pgm") + " " + path("c.raw") + " --to gray16le").code, 0);
     Bytes le = gray;
     for (size_t i = 0; i < le.size(); i += 2) std::swap(le[i], le[i + 1]);
-    EXPECT_EQ(readFile(path("c.raw")), le);
-    // and a 16-bit PGM in gives a 16-bit PGM out.
-    ASSERT_EQ(tpxconv(path("c.pgm") + " " + path("d.pgm")).code, 0);
-    EXPECT_EQ(readFile(path("d.pgm")), pnm("P5\n4 2\n65535\n", gray));
+    EXPECT_EQ(convert(pnm("P5 4 2 65535\n", gray), "--to gray16le", "c.pgm"), le);
+    EXPECT_EQ(convert(pnm("P5 4 2 65535\n", gray), "", "c.pgm", "d.pgm"), pnm("P5\n4 2\n65535\n", gray));
 }
 
 // Bands of one frame on several threads give the bytes of one thread, also
-// for demosaicing, which reads rows around each band.
+// for demosaicing, which reads rows around each band; VNG's own output has
+// alpha, which --alpha sets.
 TEST(Tpxconv, BandsOnThreadsGiveTheSameBytes) {
-    writeFile(path("mosaic.raw"), randomBytes(64 * 48, 5));
+    const Bytes mosaic = randomBytes(64 * 48, 5);
     for (const char* method : {"bilinear", "vng", "ahd"}) {
-        SCOPED_TRACE(method);
-        const std::string options =
-            std::string(" --pix-fmt bayer_grbg8 --size 64x48 --to rgb24 --roi 3,5,50,40 --demosaic ") + method;
-        ASSERT_EQ(tpxconv(path("mosaic.raw") + " " + path("one.rgb") + options).code, 0);
-        ASSERT_EQ(tpxconv(path("mosaic.raw") + " " + path("three.rgb") + options + " --threads 3").code, 0);
-        const Bytes one = readFile(path("one.rgb"));
-        EXPECT_EQ(one.size(), size_t(50 * 40 * 3));
-        EXPECT_EQ(readFile(path("three.rgb")), one);
+        const std::string options = std::string("--pix-fmt bayer_grbg8 --size 64x48 --to rgb24 --roi 3,5,50,40 --demosaic ") + method;
+        const Bytes one = convert(mosaic, options);
+        EXPECT_EQ(one.size(), size_t(50 * 40 * 3)) << method;
+        EXPECT_EQ(convert(mosaic, options + " --threads 3"), one) << method;
     }
-    // VNG's own output has alpha: --alpha sets it.
-    ASSERT_EQ(tpxconv(path("mosaic.raw") + " " + path("a.raw") +
-                      " --pix-fmt bayer_grbg8 --size 64x48 --to bgra --demosaic vng --alpha 7")
-                  .code,
-              0);
-    const Bytes bgra = readFile(path("a.raw"));
+    const Bytes bgra = convert(mosaic, "--pix-fmt bayer_grbg8 --size 64x48 --to bgra --demosaic vng --alpha 7");
     ASSERT_EQ(bgra.size(), size_t(64 * 48 * 4));
     for (size_t i = 3; i < bgra.size(); i += 4) ASSERT_EQ(bgra[i], 7) << i;
 }
@@ -197,15 +186,10 @@ TEST(Tpxconv, SixteenBitsToEightWithEveryDither) {
     const int w = 64, h = 48;
     Bytes wide(size_t(w) * h * 2);
     for (int i = 0; i < w * h; ++i) wide[2 * i] = uint8_t(i * 37), wide[2 * i + 1] = uint8_t(i * 13 >> 4);
-    writeFile(path("deep.raw"), wide);
-    auto reduce = [&](const std::string& dither, const std::string& more = "") {
-        return tpxconv(path("deep.raw") + " " + path("eight.raw") + " --pix-fmt gray16le --size 64x48 --to gray --dither " +
-                       dither + more).code;
-    };
+    const std::string options = "--pix-fmt gray16le --size 64x48 --to gray --dither ";
     std::vector<Bytes> outs;
     for (const char* d : {"none", "fs", "jjn", "stucki", "ordered"}) {
-        ASSERT_EQ(reduce(d), 0) << d;
-        outs.push_back(readFile(path("eight.raw")));
+        outs.push_back(convert(wide, options + d));
         ASSERT_EQ(outs.back().size(), size_t(w) * h);
         for (int i = 0; i < w * h; ++i) {
             const int v = wide[2 * i] | wide[2 * i + 1] << 8, low = v * 255 / 65535;
@@ -213,8 +197,7 @@ TEST(Tpxconv, SixteenBitsToEightWithEveryDither) {
         }
     }
     for (size_t k = 1; k < outs.size(); ++k) EXPECT_NE(outs[0], outs[k]) << k;
-    ASSERT_EQ(reduce("fs", " --threads 4"), 0);
-    EXPECT_EQ(readFile(path("eight.raw")), outs[1]);
+    EXPECT_EQ(convert(wide, options + "fs --threads 4"), outs[1]);
 }
 
 // v210 rows (six pixels in four words, rows of whole 128 bytes) give their
@@ -223,28 +206,21 @@ TEST(Tpxconv, SixteenBitsToEightWithEveryDither) {
 // rows of whole bytes.
 TEST(Tpxconv, V210InAndMonobOut) {
     const Bytes v210 = randomBytes(128 * 2, 10);  // 8x2: a group and two pixels a row, then padding
-    writeFile(path("in.v210"), v210);
-    ASSERT_EQ(tpxconv(path("in.v210") + " " + path("y.raw") + " --pix-fmt v210 --size 8x2 --to gray16le --roi 6,1,2,1").code, 0);
     const uint8_t* g = &v210[128 + 16];  // pixels 6 and 7: bits 10-19 of its word 0, bits 0-9 of word 1
     const int y6 = (g[1] >> 2 | g[2] << 6) & 1023, y7 = (g[4] | g[5] << 8) & 1023;
-    EXPECT_EQ(readFile(path("y.raw")), (Bytes{uint8_t(y6), uint8_t(y6 >> 8), uint8_t(y7), uint8_t(y7 >> 8)}));
-
+    EXPECT_EQ(convert(v210, "--pix-fmt v210 --size 8x2 --to gray16le --roi 6,1,2,1"),
+              (Bytes{uint8_t(y6), uint8_t(y6 >> 8), uint8_t(y7), uint8_t(y7 >> 8)}));
     const Bytes gray = randomBytes(11 * 3, 11);
-    writeFile(path("g.gray"), gray);
-    ASSERT_EQ(tpxconv(path("g.gray") + " " + path("g.monob") + " --pix-fmt gray --size 11x3 --dither none --threshold 100").code, 0);
     Bytes expect(2 * 3);
     for (int i = 0; i < 11 * 3; ++i) expect[size_t(i / 11 * 2 + i % 11 / 8)] |= uint8_t((gray[size_t(i)] > 100) << (7 - i % 11 % 8));
-    EXPECT_EQ(readFile(path("g.monob")), expect);
+    EXPECT_EQ(convert(gray, "--pix-fmt gray --size 11x3 --dither none --threshold 100", "conv.in", "g.monob"), expect);
 }
 
 // --gamma corrects the converted output in place, alpha untouched, on bands
 // on threads too: the library's gamma applied to the output without it.
 TEST(Tpxconv, GammaCorrectsTheOutput) {
-    writeFile(path("g.raw"), randomBytes(40 * 32 * 2, 12));  // two 8-bit gray frames or one 16-bit
-    auto run = [](const std::string& options) {
-        EXPECT_EQ(tpxconv(path("g.raw") + " " + path("g.out") + " --size 40x32 --threads 2 --pix-fmt " + options).code, 0);
-        return readFile(path("g.out"));
-    };
+    const Bytes in = randomBytes(40 * 32 * 2, 12);  // two 8-bit gray frames or one 16-bit
+    auto run = [&](const std::string& options) { return convert(in, "--size 40x32 --threads 2 --pix-fmt " + options); };
     Bytes rgba = run("gray --to rgba --alpha 9"), rgb48 = run("gray16le --to rgb48le");
     ASSERT_EQ(rgba.size() + rgb48.size(), size_t(40 * 64 * 4 + 40 * 32 * 6));
     ASSERT_EQ(tpxiGammaFwd_8u_AC4IR(rgba.data(), 40 * 4, {40, 64}), tpxStatusOk);

@@ -2,6 +2,9 @@
 #include "support/roundtrips.hpp"
 #include "support/rows/rows.hpp"
 
+#include <algorithm>
+#include <cctype>
+
 // 4:2:0 to 4:1:1 and back, and 4:1:1 to 4:2:0 and back, move chroma samples
 // without changing them.
 TPX_ROUND_TRIP("tpxiYCbCr420ToYCbCr411_8u_P2P3R", "tpxiYCbCr411ToYCbCr420_8u_P3P2R", 0);
@@ -32,91 +35,25 @@ const Family kQuadEven{nullptr, nullptr, kQuadEvenChecks, 1, false};
 
 }  // namespace
 
-void addChromaLayoutRows(std::vector<Export>& t) {
+// Every pointer, then the size, silently rounded: at least one chroma block
+// (the height not checked by most of the 4:2:2 and 4:1:1 members).
+ExportShape chromaLayoutShape(const rows::Name& n) {
     using namespace rows;
-    constexpr ImageShape k420P2 = kP2, k411P2 = twoPlane(4, 1), kP1620 = planar(4, 4);
-    // Every pointer, then the size (minimum width and height; 0: the height is
-    // not checked), silently rounded.
-    constexpr auto m = [](ImageShape s, ImageShape d, int minW, int minH) {
-        return withOrder(plain(s, d, minW, minH), "nps");
-    };
-    constexpr ImageShape gray = ImageShape{Pass::Single, 1, {{4, 2, 1, true}, kNone, kNone, kNone}, -1, Elem::U8,
-                                           StepUnit::Bytes};
-    constexpr ExportShape interlaced = [] {
-        ExportShape s = withOrder(plain(kP422, kP420, 2, 4, Warn::FieldBlock), "nps");
-        return s;
-    }();
-    constexpr auto with = [](ImageShape s, ImageShape d, int minW, int minH, const char* order, const Family* f) {
-        return withOrder(plain(s, d, minW, minH, Warn::None, f), order);
-    };
-    t.insert(t.end(), {
-        TPX_EXPORT(tpxiCbYCr422ToYCbCr411_8u_C2P3R, m(kC2, kP411, 4, 0)),
-        TPX_EXPORT(tpxiCbYCr422ToYCbCr420_8u_C2P2R, m(kC2, k420P2, 2, 2)),
-        TPX_EXPORT(tpxiCbYCr422ToYCbCr420_8u_C2P3R, m(kC2, kP420, 2, 2)),
-        TPX_EXPORT(tpxiCbYCr422ToYCbCr422_8u_C2P3R, m(kC2, kP422, 2, 1)),
-        TPX_EXPORT(tpxiCbYCr422ToYCbCr422_8u_C2R, m(kC2, kC2, 2, 1)),
-        TPX_EXPORT(tpxiCbYCr422ToYCrCb420_8u_C2P3R, m(kC2, kP420, 2, 2)),
-        TPX_EXPORT(tpxiYCbCr411ToYCbCr420_8u_P2P3R, m(k411P2, kP420, 4, 2)),
-        TPX_EXPORT(tpxiYCbCr411ToYCbCr420_8u_P3P2R, m(kP411, k420P2, 4, 2)),
-        TPX_EXPORT(tpxiYCbCr411ToYCbCr420_8u_P3R, m(kP411, kP420, 4, 2)),
-        TPX_EXPORT(tpxiYCbCr411ToYCbCr422_8u_P2C2R, m(k411P2, kC2, 4, 0)),
-        TPX_EXPORT(tpxiYCbCr411ToYCbCr422_8u_P2P3R, m(k411P2, kP422, 4, 0)),
-        TPX_EXPORT(tpxiYCbCr411ToYCbCr422_8u_P3C2R, m(kP411, kC2, 4, 0)),
-        TPX_EXPORT(tpxiYCbCr411ToYCbCr422_8u_P3R, m(kP411, kP422, 4, 0)),
-        TPX_EXPORT(tpxiYCbCr411ToYCrCb420_8u_P2P3R, m(k411P2, kP420, 4, 2)),
-        TPX_EXPORT(tpxiYCbCr411ToYCrCb422_8u_P3C2R, m(kP411, kC2, 4, 0)),
-        TPX_EXPORT(tpxiYCbCr411ToYCrCb422_8u_P3R, m(kP411, kP422, 4, 0)),
-        TPX_EXPORT(tpxiYCbCr411_8u_P2P3R, m(k411P2, kP411, 4, 0)),
-        TPX_EXPORT(tpxiYCbCr411_8u_P3P2R, m(kP411, k411P2, 4, 0)),
-        TPX_EXPORT(tpxiYCbCr420ToCbYCr422_8u_P2C2R, m(k420P2, kC2, 2, 2)),
-        TPX_EXPORT(tpxiYCbCr420ToYCbCr411_8u_P2P3R, m(k420P2, kP411, 4, 2)),
-        TPX_EXPORT(tpxiYCbCr420ToYCbCr411_8u_P3P2R, m(kP420, k411P2, 4, 2)),
-        TPX_EXPORT(tpxiYCbCr420ToYCbCr422_8u_P2C2R, m(k420P2, kC2, 2, 2)),
-        TPX_EXPORT(tpxiYCbCr420ToYCbCr422_8u_P2P3R, m(k420P2, kP422, 2, 2)),
-        TPX_EXPORT(tpxiYCbCr420ToYCbCr422_8u_P3R, m(kP420, kP422, 2, 2)),
-        TPX_EXPORT(tpxiYCbCr420ToYCbCr422_Filter_8u_P2C2R, with(k420P2, kC2, 2, 2, "nps", &kStripe)),
-        TPX_EXPORT(tpxiYCbCr420ToYCbCr422_Filter_8u_P2P3R, m(k420P2, kP422, 2, 8)),
-        TPX_EXPORT(tpxiYCbCr420ToYCbCr422_Filter_8u_P3R, m(kP420, kP422, 2, 8)),
-        TPX_EXPORT(tpxiYCbCr420ToYCrCb420_8u_P2P3R, with(k420P2, kP420, 1, 1, "nsp0", &kDeinterleave)),
-        TPX_EXPORT(tpxiYCbCr420ToYCrCb420_Filter_8u_P2P3R, with(k420P2, kP420, 1, 1, "nsp0", &kStripeDeinterleave)),
-        TPX_EXPORT(tpxiYCbCr420_8u_P2P3R, m(k420P2, kP420, 2, 2)),
-        TPX_EXPORT(tpxiYCbCr420_8u_P3P2R, m(kP420, k420P2, 2, 2)),
-        TPX_EXPORT(tpxiYCbCr422ToCbYCr422_8u_C2R, m(kC2, kC2, 2, 1)),
-        TPX_EXPORT(tpxiYCbCr422ToCbYCr422_8u_P3C2R, m(kP422, kC2, 2, 1)),
-        TPX_EXPORT(tpxiYCbCr422ToGray_8u_C2C1R, m(gray, px(1), 1, 1)),
-        TPX_EXPORT(tpxiYCbCr422ToYCbCr411_8u_C2P2R, m(kC2, k411P2, 4, 0)),
-        TPX_EXPORT(tpxiYCbCr422ToYCbCr411_8u_C2P3R, m(kC2, kP411, 4, 1)),
-        TPX_EXPORT(tpxiYCbCr422ToYCbCr411_8u_P3P2R, m(kP422, k411P2, 4, 0)),
-        TPX_EXPORT(tpxiYCbCr422ToYCbCr411_8u_P3R, m(kP422, kP411, 4, 0)),
-        TPX_EXPORT(tpxiYCbCr422ToYCbCr420_8u_C2P2R, m(kC2, k420P2, 2, 2)),
-        TPX_EXPORT(tpxiYCbCr422ToYCbCr420_8u_C2P3R, m(kC2, kP420, 2, 2)),
-        TPX_EXPORT(tpxiYCbCr422ToYCbCr420_8u_P3P2R, m(kP422, k420P2, 2, 2)),
-        TPX_EXPORT(tpxiYCbCr422ToYCbCr420_8u_P3R, m(kP422, kP420, 2, 2)),
-        TPX_EXPORT(tpxiYCbCr422ToYCrCb420_8u_C2P2R, m(kC2, k420P2, 2, 2)),
-        TPX_EXPORT(tpxiYCbCr422ToYCrCb420_8u_C2P3R, m(kC2, kP420, 2, 2)),
-        TPX_EXPORT(tpxiYCbCr422ToYCrCb422_8u_C2R, m(kC2, kC2, 2, 0)),
-        TPX_EXPORT(tpxiYCbCr422ToYCrCb422_8u_P3C2R, m(kP422, kC2, 2, 0)),
-        TPX_EXPORT(tpxiYCbCr422_8u_C2P3R, m(kC2, kP422, 2, 1)),
-        TPX_EXPORT(tpxiYCbCr422_8u_P3C2R, m(kP422, kC2, 2, 1)),
-        TPX_EXPORT(tpxiYCrCb420ToCbYCr422_8u_P3C2R, m(kP420, kC2, 2, 2)),
-        TPX_EXPORT(tpxiYCrCb420ToYCbCr411_8u_P3P2R, m(kP420, k411P2, 4, 2)),
-        TPX_EXPORT(tpxiYCrCb420ToYCbCr420_8u_P3P2R, m(kP420, k420P2, 2, 2)),
-        TPX_EXPORT(tpxiYCrCb420ToYCbCr422_8u_P3C2R, m(kP420, kC2, 2, 2)),
-        TPX_EXPORT(tpxiYCrCb420ToYCbCr422_8u_P3R, m(kP420, kP422, 2, 2)),
-        TPX_EXPORT(tpxiYCrCb420ToYCbCr422_Filter_8u_P3R, m(kP420, kP422, 2, 8)),
-        TPX_EXPORT(tpxiYCrCb422ToYCbCr411_8u_C2P3R, m(kC2, kP411, 4, 0)),
-        TPX_EXPORT(tpxiYCrCb422ToYCbCr420_8u_C2P3R, m(kC2, kP420, 2, 2)),
-        TPX_EXPORT(tpxiYCrCb422ToYCbCr422_8u_C2P3R, m(kC2, kP422, 2, 1)),
-        // Interlaced, 16:20 and 4:1:1 resampling
-        TPX_EXPORT(tpxiCbYCr422ToYCbCr420_Interlace_8u_C2P3R, [&] { ExportShape s = interlaced; s.src = kC2; return s; }()),
-        TPX_EXPORT(tpxiYCbCr1620To420_8u_P3R, with(kP1620, kP420, 4, 4, "nps0", &kQuad)),
-        TPX_EXPORT(tpxiYCbCr411To420_8u_P3R, with(kP411, kP420, 4, 4, "nps0", &kQuad)),
-        TPX_EXPORT(tpxiYCbCr420To1620_8u_P3R, with(kP420, kP1620, 4, 4, "nps0", &kQuad)),
-        TPX_EXPORT(tpxiYCbCr420To411_8u_P3R, with(kP420, kP411, 4, 2, "nps0", &kQuadEven)),
-        TPX_EXPORT(tpxiYCbCr420To422_Interlace_8u_P3R, [&] { ExportShape s = interlaced; s.src = kP420; s.dst = kP422; return s; }()),
-        TPX_EXPORT(tpxiYCbCr420ToCbYCr422_Interlace_8u_P3C2R, [&] { ExportShape s = interlaced; s.src = kP420; s.dst = kC2; return s; }()),
-        TPX_EXPORT(tpxiYCbCr422To420_Interlace_8u_P3R, interlaced),
-    });
+    const ImageShape s = n.image(0), d = n.image(1);
+    if (n.has("Interlace")) return withOrder(plain(s, d, 2, 4, Warn::FieldBlock), "nps");
+    if (n.has("YCbCr420ToYCrCb420"))
+        return withOrder(plain(s, d, 1, 1, Warn::None, n.has("Filter") ? &kStripeDeinterleave : &kDeinterleave), "nsp0");
+    if (n.has("Filter_8u_P2C2R")) return withOrder(plain(s, d, 2, 2, Warn::None, &kStripe), "nps");
+    if (n.has("Filter")) return withOrder(plain(s, d, 2, 8), "nps");
+    if (n.has("ToGray"))
+        return withOrder(plain({Pass::Single, 1, {{4, 2, 1, true}, kNone, kNone, kNone}, -1, Elem::U8, StepUnit::Bytes}, d),
+                         "nps");
+    const size_t to = n.s.find("To");
+    if (to != std::string::npos && isdigit(uint8_t(n.s[to + 2])))  // whole blocks of the 16:20 and 4:1:1 resamplers
+        return withOrder(plain(s, d, 4, n.has("To411") ? 2 : 4, Warn::None, n.has("To411") ? &kQuadEven : &kQuad), "nps0");
+    const int minW = std::max(n.hsub[0], n.hsub[1]), minH = std::max(n.vsub[0], n.vsub[1]);
+    const bool noHeight = (n.has("411") && !n.has("YCbCr422ToYCbCr411_8u_C2P3R")) || n.has("YCbCr422ToYCrCb422");
+    return withOrder(plain(s, d, minW, minH == 1 && noHeight ? 0 : minH), "nps");
 }
 
 }  // namespace tpxtest

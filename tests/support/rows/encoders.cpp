@@ -20,49 +20,14 @@ TPX_ROUND_TRIP("tpxiRGBToYCbCr_8u_C3R", "tpxiYCbCrToRGB_8u_C3R", 2);
 
 namespace tpxtest {
 
-void addEncoderRows(std::vector<Export>& t) {
+// Packed 4:2:2 destinations need a width of 2; 4:2:0 needs 2 x 2 and warns
+// on odd sizes; 4:1:1 warns when the width is not a multiple of 4.
+ExportShape encoderShape(const rows::Name& n) {
     using namespace rows;
-    constexpr ImageShape c3 = px(3), ac4 = px(4, Elem::U8, 3);
-    // Packed 4:2:2 destinations need a width of 2; 4:2:0 needs 2 x 2 and
-    // warns on odd sizes; 4:1:1 warns when the width is not a multiple of 4.
-    constexpr auto enc422 = [](ImageShape s, ImageShape d) { return plain(s, d, d.pass == Pass::Single ? 2 : 1); };
-    constexpr auto enc420 = [](ImageShape s, ImageShape d) { return plain(s, d, 2, 2, Warn::OddSize); };
-    constexpr auto enc411 = [](ImageShape s) { return plain(s, kP411, 1, 1, Warn::WidthQuad); };
-    t.insert(t.end(), {
-        TPX_EXPORT(tpxiBGRToYCbCr422_8u_C3C2R, enc422(c3, kC2)),
-        TPX_EXPORT(tpxiBGRToYCbCr422_8u_AC4C2R, enc422(ac4, kC2)),
-        TPX_EXPORT(tpxiBGRToYCbCr422_8u_C3P3R, enc422(c3, kP422)),
-        TPX_EXPORT(tpxiBGRToYCbCr422_8u_AC4P3R, enc422(ac4, kP422)),
-        TPX_EXPORT(tpxiRGBToYCbCr422_8u_C3C2R, enc422(c3, kC2)),
-        TPX_EXPORT(tpxiRGBToYCbCr422_8u_P3C2R, enc422(kP3, kC2)),
-        TPX_EXPORT(tpxiRGBToYCbCr422_8u_C3P3R, enc422(c3, kP422)),
-        TPX_EXPORT(tpxiRGBToYCrCb422_8u_C3C2R, enc422(c3, kC2)),
-        TPX_EXPORT(tpxiRGBToYCrCb422_8u_P3C2R, enc422(kP3, kC2)),
-        TPX_EXPORT(tpxiBGRToCbYCr422_8u_AC4C2R, enc422(ac4, kC2)),
-        TPX_EXPORT(tpxiBGRToCbYCr422_709HDTV_8u_C3C2R, enc422(c3, kC2)),
-        TPX_EXPORT(tpxiBGRToCbYCr422_709HDTV_8u_AC4C2R, enc422(ac4, kC2)),
-        TPX_EXPORT(tpxiRGBToCbYCr422_8u_C3C2R, enc422(c3, kC2)),
-        TPX_EXPORT(tpxiRGBToCbYCr422Gamma_8u_C3C2R, enc422(c3, kC2)),
-        TPX_EXPORT(tpxiBGRToYCbCr420_8u_C3P3R, enc420(c3, kP420)),
-        TPX_EXPORT(tpxiBGRToYCbCr420_8u_AC4P3R, enc420(ac4, kP420)),
-        TPX_EXPORT(tpxiBGRToYCbCr420_8u_C3P2R, enc420(c3, kP2)),
-        TPX_EXPORT(tpxiBGRToYCbCr420_8u_AC4P2R, enc420(ac4, kP2)),
-        TPX_EXPORT(tpxiBGRToYCbCr420_709CSC_8u_C3P3R, enc420(c3, kP420)),
-        TPX_EXPORT(tpxiBGRToYCbCr420_709CSC_8u_AC4P3R, enc420(ac4, kP420)),
-        TPX_EXPORT(tpxiBGRToYCbCr420_709CSC_8u_C3P2R, enc420(c3, kP2)),
-        TPX_EXPORT(tpxiBGRToYCbCr420_709CSC_8u_AC4P2R, enc420(ac4, kP2)),
-        TPX_EXPORT(tpxiBGRToYCbCr420_709HDTV_8u_AC4P3R, enc420(ac4, kP420)),
-        TPX_EXPORT(tpxiBGRToYCrCb420_8u_C3P3R, enc420(c3, kP420)),
-        TPX_EXPORT(tpxiBGRToYCrCb420_8u_AC4P3R, enc420(ac4, kP420)),
-        TPX_EXPORT(tpxiBGRToYCrCb420_709CSC_8u_C3P3R, enc420(c3, kP420)),
-        TPX_EXPORT(tpxiBGRToYCrCb420_709CSC_8u_AC4P3R, enc420(ac4, kP420)),
-        TPX_EXPORT(tpxiRGBToYCbCr420_8u_C3P3R, enc420(c3, kP420)),
-        TPX_EXPORT(tpxiRGBToYCbCr420_8u_C3P2R, enc420(c3, kP2)),
-        TPX_EXPORT(tpxiRGBToYCbCr420_8u_C4P2R, enc420(ac4, kP2)),
-        TPX_EXPORT(tpxiRGBToYCrCb420_8u_AC4P3R, enc420(ac4, kP420)),
-        TPX_EXPORT(tpxiBGRToYCbCr411_8u_C3P3R, enc411(c3)),
-        TPX_EXPORT(tpxiBGRToYCbCr411_8u_AC4P3R, enc411(ac4)),
-    });
+    const ImageShape s = n.image(0), d = n.image(1);
+    if (n.vsub[1] == 2) return plain(s, d, 2, 2, Warn::OddSize);
+    if (n.hsub[1] == 4) return plain(s, d, 1, 1, Warn::WidthQuad);
+    return plain(s, d, d.pass == Pass::Single ? 2 : 1);
 }
 
 }  // namespace tpxtest

@@ -60,32 +60,16 @@ const Family kBits{bitsInit, nullptr, kBitsChecks, 3, false, bitsRowBytes};
 
 }  // namespace
 
-void addReduceBitsToneMapRows(std::vector<Export>& t) {
+// Steps count whole elements; tone mapping's status depends on the pixels.
+ExportShape reduceBitsToneMapShape(const rows::Name& n) {
     using namespace rows;
-    constexpr auto c = [](Elem e, int ch, bool alpha) { return px(ch, e, alpha ? 3 : -1, StepUnit::WholeElements); };
-    constexpr ImageShape bits{Pass::Single, 1, {{1, 8, 1, true}, kNone, kNone, kNone}, -1, Elem::U8, StepUnit::Bytes};
-    const Family* r = &kReduce;
-    // C1, C3, C4 and AC4 of one type pair.
-#define TPX_REDUCE(prefix, S, D)                                                                                 \
-    TPX_EXPORT(prefix##_C1R, withOrder(plain(c(S, 1, false), c(D, 1, false), 1, 1, Warn::None, r), "ns0123")),  \
-        TPX_EXPORT(prefix##_C3R, withOrder(plain(c(S, 3, false), c(D, 3, false), 1, 1, Warn::None, r), "ns0123")), \
-        TPX_EXPORT(prefix##_C4R, withOrder(plain(c(S, 4, false), c(D, 4, false), 1, 1, Warn::None, r), "ns0123")), \
-        TPX_EXPORT(prefix##_AC4R, withOrder(plain(c(S, 4, false), c(D, 4, true), 1, 1, Warn::None, r), "ns0123"))
-    constexpr Elem u8 = Elem::U8, u16 = Elem::U16, s16 = Elem::S16, f32 = Elem::F32;
-    t.insert(t.end(), {
-        TPX_REDUCE(tpxiReduceBits_8u, u8, u8),
-        TPX_REDUCE(tpxiReduceBits_16u, u16, u16),
-        TPX_REDUCE(tpxiReduceBits_16s, s16, s16),
-        TPX_REDUCE(tpxiReduceBits_16u8u, u16, u8),
-        TPX_REDUCE(tpxiReduceBits_16s8u, s16, u8),
-        TPX_REDUCE(tpxiReduceBits_32f8u, f32, u8),
-        TPX_REDUCE(tpxiReduceBits_32f16u, f32, u16),
-        TPX_REDUCE(tpxiReduceBits_32f16s, f32, s16),
-        TPX_EXPORT(tpxiReduceBits_8u1u_C1R, withOrder(plain(px(1), bits, 1, 1, Warn::None, &kBits), "ns012")),
-        TPX_EXPORT(tpxiToneMapLinear_32f8u_C1R, plain(c(f32, 1, false), px(1), 1, 1, Warn::Data)),
-        TPX_EXPORT(tpxiToneMapMean_32f8u_C1R, plain(c(f32, 1, false), px(1), 1, 1, Warn::Data)),
-    });
-#undef TPX_REDUCE
+    if (n.has("8u1u")) {
+        constexpr ImageShape bits{Pass::Single, 1, {{1, 8, 1, true}, kNone, kNone, kNone}, -1, Elem::U8, StepUnit::Bytes};
+        return withOrder(plain(px(1), bits, 1, 1, Warn::None, &kBits), "ns012");
+    }
+    const ImageShape s = n.image(0, StepUnit::WholeElements), d = n.image(1, StepUnit::WholeElements);
+    if (n.has("ToneMap")) return plain(s, d, 1, 1, Warn::Data);
+    return withOrder(plain(s, d, 1, 1, Warn::None, &kReduce), "ns0123");
 }
 
 }  // namespace tpxtest

@@ -1,5 +1,6 @@
-// What a family's rows of the export table are written with: the thunk that
-// calls any export from an Args record, and constructors of image shapes.
+// What the rows of the export table are made with: the thunk that calls any
+// export from an Args record, constructors of image shapes, and the shapes
+// read from an export's name.
 //
 // The thunk reads the export's parameter list: before the ROI, a const
 // element pointer is the next source plane and a non-const one the next
@@ -16,6 +17,7 @@
 
 #include <array>
 #include <cstring>
+#include <string>
 #include <type_traits>
 #include <utility>
 
@@ -224,18 +226,15 @@ constexpr ImageShape planes(int n, Elem e = Elem::U8, StepUnit u = StepUnit::Byt
     const Plane p{uint8_t(elemBytes(e)), 1, 1};
     return {Pass::Planes, uint8_t(n), {p, p, n > 2 ? p : kNone, n > 3 ? p : kNone}, -1, e, u};
 }
-constexpr ImageShape kP3 = planes(3);
 // Luma plane and two chroma planes subsampled h x v, each with its own step.
 constexpr ImageShape planar(int h, int v) {
     return {Pass::PlaneSteps, 3, {{1, 1, 1}, {1, uint8_t(h), uint8_t(v)}, {1, uint8_t(h), uint8_t(v)}, kNone}, -1,
             Elem::U8, StepUnit::Bytes};
 }
-constexpr ImageShape kP420 = planar(2, 2), kP422 = planar(2, 1), kP411 = planar(4, 1);
 // Luma plane and an interleaved chroma plane subsampled h x v.
 constexpr ImageShape twoPlane(int h, int v) {
     return {Pass::TwoPlane, 2, {{1, 1, 1}, {2, uint8_t(h), uint8_t(v)}, kNone, kNone}, -1, Elem::U8, StepUnit::Bytes};
 }
-constexpr ImageShape kP2 = twoPlane(2, 2);
 constexpr ImageShape mosaic(Elem e, StepUnit u = StepUnit::Bytes) {
     return {Pass::Mosaic, 1, {{uint8_t(elemBytes(e)), 1, 1}, kNone, kNone, kNone}, -1, e, u};
 }
@@ -254,23 +253,51 @@ constexpr ExportShape inPlace(ImageShape im, const char* order = "", const Famil
     return {kNoImage, im, order, 1, 1, Warn::None, false, false, 0, f};
 }
 constexpr ExportShape withOrder(ExportShape s, const char* order) { return s.order = order, s; }
-constexpr ExportShape withFamily(ExportShape s, const Family* f) { return s.family = f, s; }
 constexpr ExportShape noSteps(ExportShape s) { return s.noSteps = true, s; }
 constexpr ExportShape wide(ExportShape s) { return s.wide = true, s; }
+
+// ---- Shapes read from the name ------------------------------------------------
+// tpxi<operation>[_<qualifier>]_<types>_<layouts>[I]R[_L]: the element types
+// (one for both sides, or source then destination: 8u16s), the layouts (C3,
+// AC4, P3, AP4; C2 packed 4:2:2, P2 luma and interleaved chroma; one for both
+// sides, or source then destination; I in place), R for images with steps, _L
+// for 64-bit sizes, and the chroma subsampling named before and after "To".
+struct Name {
+    std::string s;
+    Elem elem[2];
+    std::string layout[2];  // the source's is empty in place
+    bool steps, wide;
+    int hsub[2], vsub[2];   // 0: not subsampled
+    bool has(const char* w) const { return s.find(w) != std::string::npos; }
+    bool inPlace() const { return layout[0].empty(); }
+    // Side d's image, interleaved pixels and shared-step planes counted in `unit`;
+    // subsampled planes have steps of their own.
+    ImageShape image(int d, StepUnit unit = StepUnit::Bytes) const;
+    // A C4 destination of a source with fewer channels takes the alpha argument.
+    const Family* alpha() const;
+};
+Name readName(const char* name);
 
 }  // namespace tpxtest::rows
 
 namespace tpxtest {
-// One function per family file in support/rows/, in the order of the table.
-void addYCbCr444Rows(std::vector<Export>& t);
-void addEncoderRows(std::vector<Export>& t);
-void addDecoderRows(std::vector<Export>& t);
-void addGrayRows(std::vector<Export>& t);
+// Every export the header declares, with its section (written by generate.cmake).
+struct HeaderRow {
+    const char *section, *name;
+    Thunk call;
+};
+extern const HeaderRow kHeaderRows[];
+extern const size_t kHeaderRowCount;
+// The shape of each family's members from the name; demosaicing lists its rows.
+ExportShape ycbcr444Shape(const rows::Name& n);
+ExportShape encoderShape(const rows::Name& n);
+ExportShape decoderShape(const rows::Name& n);
+ExportShape grayShape(const rows::Name& n);
 void addDemosaicRows(std::vector<Export>& t);
-void addChromaLayoutRows(std::vector<Export>& t);
-void addYCoCgYuvRows(std::vector<Export>& t);
-void addHsvHlsYccRows(std::vector<Export>& t);
-void addXyzLabLuvRows(std::vector<Export>& t);
-void addTwistGammaRows(std::vector<Export>& t);
-void addReduceBitsToneMapRows(std::vector<Export>& t);
+ExportShape chromaLayoutShape(const rows::Name& n);
+ExportShape ycocgYuvShape(const rows::Name& n);
+ExportShape hsvHlsYccShape(const rows::Name& n);
+ExportShape xyzLabLuvShape(const rows::Name& n);
+ExportShape twistGammaShape(const rows::Name& n);
+ExportShape reduceBitsToneMapShape(const rows::Name& n);
 }  // namespace tpxtest

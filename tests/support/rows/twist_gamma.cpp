@@ -42,42 +42,18 @@ const Family kRange{rangeInit, nullptr, kRangeCheck, 1, false};
 
 }  // namespace
 
-void addTwistGammaRows(std::vector<Export>& t) {
+// Steps count whole elements. Interleaved images check pointers, steps and
+// size; planar ones the plane entries too (gamma after the size); 32f gamma
+// checks its range first.
+ExportShape twistGammaShape(const rows::Name& n) {
     using namespace rows;
-    constexpr auto c = [](Elem e, int ch) { return px(ch, e, ch == 4 ? 3 : -1, StepUnit::WholeElements); };
-    constexpr auto p = [](Elem e) { return planes(3, e, StepUnit::WholeElements); };
-    // The members of one type: C3, AC4, P3 and in place; checks `pix` for
-    // interleaved images, `pl` for planar ones.
-    auto type = [&](Elem e, const Family* f, const char* pix, const char* pl) {
-        return std::vector<ExportShape>{withOrder(plain(c(e, 3), c(e, 3), 1, 1, Warn::None, f), pix),
-                                        withOrder(plain(c(e, 4), c(e, 4), 1, 1, Warn::None, f), pix),
-                                        withOrder(plain(p(e), p(e), 1, 1, Warn::None, f), pl),
-                                        inPlace(c(e, 3), pix, f), inPlace(c(e, 4), pix, f), inPlace(p(e), pl, f)};
-    };
-    auto add = [&t](std::initializer_list<Thunk> calls, std::initializer_list<const char*> names,
-                    const std::vector<ExportShape>& shapes) {
-        size_t k = 0;
-        auto n = names.begin();
-        for (Thunk call : calls) t.push_back({*n++, shapes[k++], call});
-    };
-    const Elem u8 = Elem::U8, u16 = Elem::U16, s16 = Elem::S16, f32 = Elem::F32;
-#define TPX_SIX(prefix)                                                                                         \
-    {&thunk<&prefix##_C3R>, &thunk<&prefix##_AC4R>, &thunk<&prefix##_P3R>, &thunk<&prefix##_C3IR>,           \
-     &thunk<&prefix##_AC4IR>, &thunk<&prefix##_IP3R>},                                                          \
-    {#prefix "_C3R", #prefix "_AC4R", #prefix "_P3R", #prefix "_C3IR", #prefix "_AC4IR", #prefix "_IP3R"}
-    add(TPX_SIX(tpxiColorTwist_32f), type(f32, &kTwist32f, "nst", "npst"));
-    constexpr ImageShape c4 = px(4, Elem::F32, -1, StepUnit::WholeElements);  // all four channels written
-    t.push_back(TPX_EXPORT(tpxiColorTwist_32f_C4R, withOrder(plain(c4, c4, 1, 1, Warn::None, &kTwist32f), "nst")));
-    add(TPX_SIX(tpxiColorTwist32f_8u), type(u8, &kTwist8u, "nst", "npst"));
-    add(TPX_SIX(tpxiColorTwist32f_16u), type(u16, &kTwist16, "nst", "npst"));
-    add(TPX_SIX(tpxiColorTwist32f_16s), type(s16, &kTwist16, "nst", "npst"));
-    add(TPX_SIX(tpxiGammaFwd_8u), type(u8, nullptr, "nst", "nspt"));
-    add(TPX_SIX(tpxiGammaFwd_16u), type(u16, nullptr, "nst", "nspt"));
-    add(TPX_SIX(tpxiGammaFwd_32f), type(f32, &kRange, "0nst", "0nspt"));
-    add(TPX_SIX(tpxiGammaInv_8u), type(u8, nullptr, "nst", "nspt"));
-    add(TPX_SIX(tpxiGammaInv_16u), type(u16, nullptr, "nst", "nspt"));
-    add(TPX_SIX(tpxiGammaInv_32f), type(f32, &kRange, "0nst", "0nspt"));
-#undef TPX_SIX
+    const bool gamma = n.has("Gamma"), planar = n.layout[1][0] == 'P';
+    const Family* f = gamma ? (n.elem[0] == Elem::F32 ? &kRange : nullptr)
+                            : n.elem[0] == Elem::F32 ? &kTwist32f : n.elem[0] == Elem::U8 ? &kTwist8u : &kTwist16;
+    const ImageShape d = n.image(1, StepUnit::WholeElements);
+    ExportShape s = n.inPlace() ? inPlace(d, "", f) : plain(n.image(0, StepUnit::WholeElements), d, 1, 1, Warn::None, f);
+    s.order = f == &kRange ? (planar ? "0nspt" : "0nst") : !planar ? "nst" : gamma ? "nspt" : "npst";
+    return s;
 }
 
 }  // namespace tpxtest

@@ -35,73 +35,13 @@ const Family kLuv{nullptr, nominal<float, 10, -50, 50>, nullptr, 0, false};
 
 }  // namespace
 
-void addXyzLabLuvRows(std::vector<Export>& t) {
+// Steps count whole elements; float Lab and LUV sources hold nominal values.
+ExportShape xyzLabLuvShape(const rows::Name& n) {
     using namespace rows;
-    constexpr auto i = [](Elem e, int ch) { return px(ch, e, ch == 4 ? 3 : -1, StepUnit::WholeElements); };
-    constexpr auto pix = [i](Elem s, Elem d, int ch, const Family* f = nullptr) {
-        return plain(i(s, ch), i(d, ch), 1, 1, Warn::None, f);
-    };
-    constexpr auto p3 = [](Elem e) { return planes(3, e, StepUnit::WholeElements); };
-    constexpr auto pl = [p3](Elem e, const Family* f = nullptr) { return plain(p3(e), p3(e), 1, 1, Warn::None, f); };
-    constexpr auto pl64 = [pl](Elem e, const Family* f = nullptr) { return withOrder(wide(pl(e, f)), "nlsp"); };
-    constexpr Elem u8 = Elem::U8, u16 = Elem::U16, s16 = Elem::S16, f32 = Elem::F32, f64 = Elem::F64;
-    const Family *lab = &kLab, *lab64 = &kLab64, *luv = &kLuv;
-    t.insert(t.end(), {
-        TPX_EXPORT(tpxiRGBToXYZ_8u_C3R, pix(u8, u8, 3)),
-        TPX_EXPORT(tpxiRGBToXYZ_8u_AC4R, pix(u8, u8, 4)),
-        TPX_EXPORT(tpxiRGBToXYZ_16u_C3R, pix(u16, u16, 3)),
-        TPX_EXPORT(tpxiRGBToXYZ_16u_AC4R, pix(u16, u16, 4)),
-        TPX_EXPORT(tpxiRGBToXYZ_16s_C3R, pix(s16, s16, 3)),
-        TPX_EXPORT(tpxiRGBToXYZ_16s_AC4R, pix(s16, s16, 4)),
-        TPX_EXPORT(tpxiRGBToXYZ_32f_C3R, pix(f32, f32, 3)),
-        TPX_EXPORT(tpxiRGBToXYZ_32f_AC4R, pix(f32, f32, 4)),
-        TPX_EXPORT(tpxiXYZToRGB_8u_C3R, pix(u8, u8, 3)),
-        TPX_EXPORT(tpxiXYZToRGB_8u_AC4R, pix(u8, u8, 4)),
-        TPX_EXPORT(tpxiXYZToRGB_16u_C3R, pix(u16, u16, 3)),
-        TPX_EXPORT(tpxiXYZToRGB_16u_AC4R, pix(u16, u16, 4)),
-        TPX_EXPORT(tpxiXYZToRGB_16s_C3R, pix(s16, s16, 3)),
-        TPX_EXPORT(tpxiXYZToRGB_16s_AC4R, pix(s16, s16, 4)),
-        TPX_EXPORT(tpxiXYZToRGB_32f_C3R, pix(f32, f32, 3)),
-        TPX_EXPORT(tpxiXYZToRGB_32f_AC4R, pix(f32, f32, 4)),
-        TPX_EXPORT(tpxiRGBToLUV_8u_C3R, pix(u8, u8, 3)),
-        TPX_EXPORT(tpxiRGBToLUV_8u_AC4R, pix(u8, u8, 4)),
-        TPX_EXPORT(tpxiRGBToLUV_16u_C3R, pix(u16, u16, 3)),
-        TPX_EXPORT(tpxiRGBToLUV_16u_AC4R, pix(u16, u16, 4)),
-        TPX_EXPORT(tpxiRGBToLUV_16s_C3R, pix(s16, s16, 3)),
-        TPX_EXPORT(tpxiRGBToLUV_16s_AC4R, pix(s16, s16, 4)),
-        TPX_EXPORT(tpxiRGBToLUV_32f_C3R, pix(f32, f32, 3)),
-        TPX_EXPORT(tpxiRGBToLUV_32f_AC4R, pix(f32, f32, 4)),
-        TPX_EXPORT(tpxiLUVToRGB_8u_C3R, pix(u8, u8, 3)),
-        TPX_EXPORT(tpxiLUVToRGB_8u_AC4R, pix(u8, u8, 4)),
-        TPX_EXPORT(tpxiLUVToRGB_16u_C3R, pix(u16, u16, 3)),
-        TPX_EXPORT(tpxiLUVToRGB_16u_AC4R, pix(u16, u16, 4)),
-        TPX_EXPORT(tpxiLUVToRGB_16s_C3R, pix(s16, s16, 3)),
-        TPX_EXPORT(tpxiLUVToRGB_16s_AC4R, pix(s16, s16, 4)),
-        TPX_EXPORT(tpxiLUVToRGB_32f_C3R, pix(f32, f32, 3, luv)),
-        TPX_EXPORT(tpxiLUVToRGB_32f_AC4R, pix(f32, f32, 4, luv)),
-        TPX_EXPORT(tpxiBGRToLUV_8u_C3R, pix(u8, u8, 3)),
-        TPX_EXPORT(tpxiBGRToLUV_32f_C3R, pix(f32, f32, 3)),
-        TPX_EXPORT(tpxiLUVToBGR_8u_C3R, pix(u8, u8, 3)),
-        TPX_EXPORT(tpxiLUVToBGR_32f_C3R, pix(f32, f32, 3, luv)),
-        TPX_EXPORT(tpxiRGBToLab_8u_C3R, pix(u8, u8, 3)),
-        TPX_EXPORT(tpxiRGBToLab_32f_C3R, pix(f32, f32, 3)),
-        TPX_EXPORT(tpxiRGBToLab_32f_P3R, pl(f32)),
-        TPX_EXPORT(tpxiRGBToLab_64f_P3R, pl(f64)),
-        TPX_EXPORT(tpxiRGBToLab_32f_P3R_L, pl64(f32)),
-        TPX_EXPORT(tpxiRGBToLab_64f_P3R_L, pl64(f64)),
-        TPX_EXPORT(tpxiLabToRGB_8u_C3R, pix(u8, u8, 3)),
-        TPX_EXPORT(tpxiLabToRGB_32f_C3R, pix(f32, f32, 3, lab)),
-        TPX_EXPORT(tpxiLabToRGB_32f_P3R, pl(f32, lab)),
-        TPX_EXPORT(tpxiLabToRGB_64f_P3R, pl(f64, lab64)),
-        TPX_EXPORT(tpxiLabToRGB_32f_P3R_L, pl64(f32, lab)),
-        TPX_EXPORT(tpxiLabToRGB_64f_P3R_L, pl64(f64, lab64)),
-        TPX_EXPORT(tpxiBGRToLab_8u_C3R, pix(u8, u8, 3)),
-        TPX_EXPORT(tpxiBGRToLab_8u16u_C3R, pix(u8, u16, 3)),
-        TPX_EXPORT(tpxiBGRToLab_32f_C3R, pix(f32, f32, 3)),
-        TPX_EXPORT(tpxiLabToBGR_8u_C3R, pix(u8, u8, 3)),
-        TPX_EXPORT(tpxiLabToBGR_16u8u_C3R, pix(u16, u8, 3)),
-        TPX_EXPORT(tpxiLabToBGR_32f_C3R, pix(f32, f32, 3, lab)),
-    });
+    const bool flt = n.elem[0] == Elem::F32 || n.elem[0] == Elem::F64;
+    const Family* f = !flt ? nullptr : n.has("LUVTo") ? &kLuv : !n.has("LabTo") ? nullptr : n.elem[0] == Elem::F64 ? &kLab64 : &kLab;
+    const ExportShape s = plain(n.image(0, StepUnit::WholeElements), n.image(1, StepUnit::WholeElements), 1, 1, Warn::None, f);
+    return n.wide ? withOrder(wide(s), "nlsp") : s;
 }
 
 }  // namespace tpxtest
