@@ -259,18 +259,36 @@ std::vector<std::array<int, 3>> ahdImage(const std::function<int(int64_t, int64_
                 count[d].at(x, y) = n;
             }
         }
-    std::vector<std::array<int, 3>> out;
+    Plane chosen[3] = {{w, h}, {w, h}, {w, h}};
     for (int64_t y = 0; y < h; ++y)
         for (int64_t x = 0; x < w; ++x) {
             int sum[2] = {0, 0};
             for (int d = 0; d < 2; ++d)
                 for (int j = -1; j <= 1; ++j)
                     for (int i = -1; i <= 1; ++i) sum[d] += count[d](x + i, y + j);
-            std::array<int, 3> px{};
             for (int ch = 0; ch < 3; ++ch) {
                 const int a = rgb[0][ch].at(x, y), b = rgb[1][ch].at(x, y);
-                px[size_t(ch)] = sum[0] > sum[1] ? a : sum[1] > sum[0] ? b : (a + b + 1) / 2;
+                chosen[ch].at(x, y) = sum[0] > sum[1] ? a : sum[1] > sum[0] ? b : (a + b + 1) / 2;
             }
+        }
+    // Refinement: the mosaic's own sample stays; the other two follow the
+    // medians of R - G and B - G over 3 x 3 chosen pixels.
+    auto median = [&](int ch, int64_t x, int64_t y) {
+        std::vector<int> v;
+        for (int j = -1; j <= 1; ++j)
+            for (int i = -1; i <= 1; ++i) v.push_back(chosen[ch](x + i, y + j) - chosen[G](x + i, y + j));
+        std::nth_element(v.begin(), v.begin() + 4, v.end());
+        return v[4];
+    };
+    std::vector<std::array<int, 3>> out;
+    for (int64_t y = 0; y < h; ++y)
+        for (int64_t x = 0; x < w; ++x) {
+            const int own = colour(grid, x, y), med[3] = {median(R, x, y), 0, median(B, x, y)};
+            std::array<int, 3> px{};
+            px[size_t(own)] = chosen[own].at(x, y);
+            if (own != G) px[G] = std::clamp(px[size_t(own)] - med[own], 0, 65535);
+            for (int ch : {R, B})
+                if (ch != own) px[size_t(ch)] = std::clamp(px[G] + med[ch], 0, 65535);
             out.push_back(px);
         }
     return out;
