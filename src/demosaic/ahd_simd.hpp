@@ -301,42 +301,56 @@ int chooseRow(Tile& t, int j, int, int n, bool, bool) {
     return i;
 }
 
-// Median of three; of nine (3 x 3, [row][column]) as the median of the
-// largest column minimum, the median column median and the smallest column
-// maximum.
+// Median of three.
 template <int N>
 inline typename V<N>::i32 med3(typename V<N>::i32 a, typename V<N>::i32 b, typename V<N>::i32 c) {
     return vmax<N>(vmin<N>(a, b), vmin<N>(vmax<N>(a, b), c));
 }
+
+// The refinement reads, per column of chosen pixels, the smallest, median and
+// largest of the three differences R - G (k = 0..2) and B - G (k = 3..5) of
+// rows j..j + 2; the median of nine is the median of the largest of three
+// column minima, the median of their medians and the smallest of their maxima.
+struct ColumnStats {
+    alignas(64) int32_t v[6][kCompute + 16];
+};
+
+// Column statistics for columns 0 .. n, whole blocks up to kCompute.
 template <int N>
-inline typename V<N>::i32 med9(const typename V<N>::i32 v[3][3]) {
+inline void columnStats(const Tile& t, int j, int n, ColumnStats& st) {
     using i32 = typename V<N>::i32;
-    i32 lo[3], mid[3], hi[3];
-    for (int x = 0; x < 3; ++x) {
-        const i32 mn = vmin<N>(v[0][x], v[1][x]), mx = vmax<N>(v[0][x], v[1][x]);
-        lo[x] = vmin<N>(mn, v[2][x]);
-        mid[x] = vmax<N>(mn, vmin<N>(mx, v[2][x]));
-        hi[x] = vmax<N>(mx, v[2][x]);
+    for (int i = 0; i < n && i + N <= kCompute; i += N) {
+        i32 g[3];
+        for (int dy = 0; dy < 3; ++dy) g[dy] = load<N>(&t.chosen[1][j + dy][i]);
+        for (int c = 0; c < 2; ++c) {
+            const uint16_t (*p)[kStride] = t.chosen[2 * c];
+            const i32 a = load<N>(&p[j][i]) - g[0], b = load<N>(&p[j + 1][i]) - g[1], d = load<N>(&p[j + 2][i]) - g[2];
+            const i32 mn = vmin<N>(a, b), mx = vmax<N>(a, b);
+            const i32 out[3] = {vmin<N>(mn, d), vmax<N>(mn, vmin<N>(mx, d)), vmax<N>(mx, d)};
+            for (int k = 0; k < 3; ++k) std::memcpy(&st.v[3 * c + k][i], &out[k], sizeof(i32));
+        }
     }
-    return med3<N>(vmax<N>(vmax<N>(lo[0], lo[1]), lo[2]), med3<N>(mid[0], mid[1], mid[2]),
-                   vmin<N>(vmin<N>(hi[0], hi[1]), hi[2]));
 }
 
 // The refinement of N pixels from column i of output row j: R, G, B in the
 // 16-bit scale.
 template <int N, int... K>
-inline void refineBlock(const Tile& t, int j, int i, bool firstGreen, bool rowRed, typename V<N>::i32 px[3],
-                        std::integer_sequence<int, K...>) {
+inline void refineBlock(const Tile& t, const ColumnStats& st, int j, int i, bool firstGreen, bool rowRed,
+                        typename V<N>::i32 px[3], std::integer_sequence<int, K...>) {
     using i32 = typename V<N>::i32;
     const i32 zero{}, top = zero + 65535;
-    i32 dr[3][3], db[3][3];
-    for (int dy = 0; dy < 3; ++dy)
-        for (int dx = 0; dx < 3; ++dx) {
-            const i32 g = load<N>(&t.chosen[1][j + dy][i + dx]);
-            dr[dy][dx] = load<N>(&t.chosen[0][j + dy][i + dx]) - g;
-            db[dy][dx] = load<N>(&t.chosen[2][j + dy][i + dx]) - g;
-        }
-    const i32 mr = med9<N>(dr), mb = med9<N>(db);
+    auto at = [&](int k, int dx) {
+        i32 v;
+        std::memcpy(&v, &st.v[k][i + dx], sizeof v);
+        return v;
+    };
+    i32 med[2];
+    for (int c = 0; c < 2; ++c) {
+        const int k = 3 * c;
+        med[c] = med3<N>(vmax<N>(vmax<N>(at(k, 0), at(k, 1)), at(k, 2)), med3<N>(at(k + 1, 0), at(k + 1, 1), at(k + 1, 2)),
+                         vmin<N>(vmin<N>(at(k + 2, 0), at(k + 2, 1)), at(k + 2, 2)));
+    }
+    const i32 mr = med[0], mb = med[1];
     const i32 r = load<N>(&t.chosen[0][j + 1][i + 1]), g = load<N>(&t.chosen[1][j + 1][i + 1]),
               b = load<N>(&t.chosen[2][j + 1][i + 1]);
     // Lanes at green sites: every other one, from lane 0 when column i is green.
@@ -354,8 +368,9 @@ inline void refineBlock(const Tile& t, int j, int i, bool firstGreen, bool rowRe
     }
 }
 template <int N>
-inline void refineBlock(const Tile& t, int j, int i, bool firstGreen, bool rowRed, typename V<N>::i32 px[3]) {
-    refineBlock<N>(t, j, i, firstGreen, rowRed, px, std::make_integer_sequence<int, N>());
+inline void refineBlock(const Tile& t, const ColumnStats& st, int j, int i, bool firstGreen, bool rowRed,
+                        typename V<N>::i32 px[3]) {
+    refineBlock<N>(t, st, j, i, firstGreen, rowRed, px, std::make_integer_sequence<int, N>());
 }
 
 // (v + 128) / 257 for v <= 65535.
@@ -368,10 +383,12 @@ inline typename V<N>::i32 to8(typename V<N>::i32 v) {
 template <int N>
 int refineRow(Tile& t, int j, int, int n, bool firstGreen, bool rowRed, bool eightBit) {
     using i32 = typename V<N>::i32;
+    ColumnStats st;
+    columnStats<N>(t, j, n + N + 2, st);
     int i = 0;
-    for (; i < n && i + N <= kCompute; i += N) {
+    for (; i < n && i + N + 2 <= kCompute; i += N) {
         i32 px[3];
-        refineBlock<N>(t, j, i, firstGreen, rowRed, px);
+        refineBlock<N>(t, st, j, i, firstGreen, rowRed, px);
         for (int c = 0; c < 3; ++c) store<N>(&t.out[c][i], eightBit ? to8<N>(px[c]) : px[c]);
     }
     return i;
@@ -381,10 +398,12 @@ template <int N>
 int refine8Row(Tile& t, int j, int n, bool firstGreen, bool rowRed, uint8_t* dst) {
     using i32 = typename V<N>::i32;
     if (n < N) return 0;
+    ColumnStats st;
+    columnStats<N>(t, j, n + 2, st);
     for (int i = 0;; i += N) {
         if (i + N > n) i = n - N;  // the last block overlaps the one before
         i32 px[3];
-        refineBlock<N>(t, j, i, firstGreen, rowRed, px);
+        refineBlock<N>(t, st, j, i, firstGreen, rowRed, px);
         storeRgb8<N>(to8<N>(px[0]) | to8<N>(px[1]) << 8 | to8<N>(px[2]) << 16, dst + 3 * i);
         if (i + N >= n) break;
     }
