@@ -186,7 +186,7 @@ std::array<int, 3> labOf(int r, int g, int b) {
 // The whole R, G, B output of a w x h mosaic of 16-bit samples.
 std::vector<std::array<int, 3>> ahdImage(const Mosaic& S, int64_t w, int64_t h, int grid) {
     std::vector<Plane> green(2, {w, h, std::vector<int>(size_t(w * h))}), rgb(6, green[0]), lab(6, green[0]),
-        count(2, green[0]), chosen(3, green[0]);  // rgb, lab: [3 * candidate + channel]
+        balance(1, green[0]), chosen(3, green[0]);  // rgb, lab: [3 * candidate + channel]
     std::vector<std::array<int, 3>> out;
     auto each = [&](auto&& f) {
         for (int64_t y = 0; y < h; ++y)
@@ -226,20 +226,19 @@ std::vector<std::array<int, 3>> ahdImage(const Mosaic& S, int64_t w, int64_t h, 
         };
         return m == 0 ? std::abs(delta(0)) : 25 * delta(1) * delta(1) + 4 * delta(2) * delta(2);
     };
-    each([&](int64_t x, int64_t y) {  // homogeneous neighbours of each candidate
+    each([&](int64_t x, int64_t y) {  // homogeneous neighbours of the horizontal candidate minus the vertical's
         long eps[2];
         for (int m = 0; m < 2; ++m)
             eps[m] = std::min(std::max(dist(0, x, y, 0, m), dist(0, x, y, 1, m)),
                               std::max(dist(1, x, y, 2, m), dist(1, x, y, 3, m)));
-        for (int d = 0; d < 2; ++d) {
-            count[size_t(d)].at(x, y) = 0;
-            for (int k = 0; k < 4; ++k) count[size_t(d)].at(x, y) += dist(d, x, y, k, 0) <= eps[0] && dist(d, x, y, k, 1) <= eps[1];
-        }
+        auto near = [&](int d, int k) { return int(dist(d, x, y, k, 0) <= eps[0] && dist(d, x, y, k, 1) <= eps[1]); };
+        balance[0].at(x, y) = 0;
+        for (int k = 0; k < 4; ++k) balance[0].at(x, y) += near(0, k) - near(1, k);
     });
     each([&](int64_t x, int64_t y) {  // the candidate with more of them over 3 x 3, on a tie the mean
         int sum = 0;
         for (int j = -1; j <= 1; ++j)
-            for (int i = -1; i <= 1; ++i) sum += count[0](x + i, y + j) - count[1](x + i, y + j);
+            for (int i = -1; i <= 1; ++i) sum += balance[0](x + i, y + j);
         for (int ch = 0; ch < 3; ++ch) {
             const int a = rgb[size_t(ch)].at(x, y), b = rgb[size_t(3 + ch)].at(x, y);
             chosen[size_t(ch)].at(x, y) = sum > 0 ? a : sum < 0 ? b : (a + b + 1) / 2;
@@ -273,7 +272,9 @@ TpxStatus ahd(const Export& e, const Args& a) {
     const int k = sizeof(T) == 1 ? 257 : 1;
     const auto img = ahdImage([&](int64_t x, int64_t y) { return k * m(x, y); }, a.imageWidth, a.imageHeight,
                               int(a.code[0]));
-    return writeRect<T>(e, a, 3, [&](int64_t x, int64_t y, int c) { return (img[size_t(y * a.imageWidth + x)][size_t(c)] + k / 2) / k; });
+    return writeRect<T>(e, a, 3, [&](int64_t x, int64_t y, int c) {
+        return (img[size_t(y * a.imageWidth + x)][size_t(c)] + k / 2) / k;
+    });
 }
 
 const std::vector<Model> kModels = {
@@ -333,7 +334,8 @@ TEST(Demosaic, BilinearEdges) {
     const SampleFn vert = [](int, int64_t i, int64_t) { return i >= 3 ? 200 : 10; };
     const SampleFn horiz = [](int, int64_t, int64_t j) { return j >= 2 ? 180 : 20; };
     struct Case { const SampleFn* mosaic; int64_t x, y; int c; double want; };
-    for (const Case& k : {Case{&vert, 3, 3, G, 200}, {&vert, 3, 3, R, 105}, {&horiz, 2, 2, G, 180}, {&horiz, 3, 2, B, 100}}) {
+    for (const Case& k :
+         {Case{&vert, 3, 3, G, 200}, {&vert, 3, 3, R, 105}, {&horiz, 2, 2, G, 180}, {&horiz, 3, 2, B, 100}}) {
         Buffers b = imageOf(e, 7, 7, 1, *k.mosaic);
         b.args.code[0] = 1;
         EXPECT_EQ(e.call(b.args), tpxStatusOk);
