@@ -121,7 +121,8 @@ int chooseRow(Tile& t, int j, int i0, int n, bool, bool) {
             for (int dx = 0; dx < 3; ++dx) sum += t.balance[j + dy][i + dx];
         for (int ch = 0; ch < 3; ++ch) {
             const int h = *candidate(t, 0, ch, j, i), v = *candidate(t, 1, ch, j, i);
-            t.chosen[ch][j][i] = uint16_t(sum > 0 ? h : sum < 0 ? v : (h + v + 1) >> 1);
+            const int val = sum > 0 ? h : sum < 0 ? v : (h + v + 1) >> 1;
+            t.chosen[ch][j][i] = uint16_t(val);
         }
     }
     return n;
