@@ -17,7 +17,13 @@
 //    up/down distance;
 // 5. the candidate with the larger 3 x 3 sum of counts (the sign of the sum
 //    of the per-pixel differences), on a tie the mean
-//    (a + b + 1) >> 1.
+//    (a + b + 1) >> 1;
+// 6. one pass of median filtering of the colour differences: with
+//    dR and dB the medians of R - G and B - G over the 3 x 3 neighbourhood of
+//    chosen pixels, a green site gives G, G + dR, G + dB, a red site R,
+//    G' = R - dR, G' + dB, a blue site G' + dR, G' = B - dB, B, each limited
+//    to 0..65535 (the mosaic's own sample is kept, the others follow the
+//    neighbourhood's differences).
 // Every plane is mirrored about the image edge like the source, which is the
 // same as computing on the source mirrored as far as needed.
 #include "demosaic/ahd.hpp"
@@ -108,7 +114,7 @@ int homogeneityRow(Tile& t, int j, int i0, int n, bool, bool) {
     return n;
 }
 
-int chooseRow(Tile& t, int j, int i0, int n, bool eightBit) {
+int chooseRow(Tile& t, int j, int i0, int n, bool, bool) {
     for (int i = i0; i < n; ++i) {
         int sum = 0;
         for (int dy = 0; dy < 3; ++dy)
@@ -116,14 +122,47 @@ int chooseRow(Tile& t, int j, int i0, int n, bool eightBit) {
         for (int ch = 0; ch < 3; ++ch) {
             const int h = *candidate(t, 0, ch, j, i), v = *candidate(t, 1, ch, j, i);
             const int val = sum > 0 ? h : sum < 0 ? v : (h + v + 1) >> 1;
-            t.out[ch][i] = uint16_t(eightBit ? (val + 128) / 257 : val);
+            t.chosen[ch][j][i] = uint16_t(val);
         }
     }
     return n;
 }
 
-int choose8Row(Tile& t, int j, int n, uint8_t* dst) {
-    chooseRow(t, j, 0, n, true);
+// Median of the 3 x 3 differences chosen[ch] - chosen[1] around (i + 1, j + 1).
+int medianDiff(const Tile& t, int ch, int j, int i) {
+    int v[9], n = 0;
+    for (int dy = 0; dy < 3; ++dy)
+        for (int dx = 0; dx < 3; ++dx) {
+            const int d = t.chosen[ch][j + dy][i + dx] - t.chosen[1][j + dy][i + dx];
+            int k = n++;
+            for (; k > 0 && v[k - 1] > d; --k) v[k] = v[k - 1];
+            v[k] = d;
+        }
+    return v[4];
+}
+
+int refineRow(Tile& t, int j, int i0, int n, bool firstGreen, bool rowRed, bool eightBit) {
+    for (int i = i0; i < n; ++i) {
+        const int dr = medianDiff(t, 0, j, i), db = medianDiff(t, 2, j, i);
+        int px[3];
+        for (int ch = 0; ch < 3; ++ch) px[ch] = t.chosen[ch][j + 1][i + 1];
+        if (isGreen(i, firstGreen)) {
+            px[0] = clampTo(px[1] + dr, 0, 65535);
+            px[2] = clampTo(px[1] + db, 0, 65535);
+        } else if (rowRed) {
+            px[1] = clampTo(px[0] - dr, 0, 65535);
+            px[2] = clampTo(px[1] + db, 0, 65535);
+        } else {
+            px[1] = clampTo(px[2] - db, 0, 65535);
+            px[0] = clampTo(px[1] + dr, 0, 65535);
+        }
+        for (int ch = 0; ch < 3; ++ch) t.out[ch][i] = uint16_t(eightBit ? (px[ch] + 128) / 257 : px[ch]);
+    }
+    return n;
+}
+
+int refine8Row(Tile& t, int j, int n, bool firstGreen, bool rowRed, uint8_t* dst) {
+    refineRow(t, j, 0, n, firstGreen, rowRed, true);
     for (int i = 0; i < n; ++i)
         for (int ch = 0; ch < 3; ++ch) dst[3 * i + ch] = uint8_t(t.out[ch][i]);
     return n;
@@ -137,23 +176,23 @@ struct Place {
 
 template <class T>
 void gather(Tile& t, const T* src, std::ptrdiff_t step, const bayer::Region& r, const Place& p, int j0) {
-    const int w = p.tw + 10, h = p.th + 10;
-    const bool inside = p.tx >= 5 && p.tx + p.tw + 5 <= r.imageWidth;
-    int64_t cols[kTileW + 10];
+    const int w = p.tw + 12, h = p.th + 12;
+    const bool inside = p.tx >= 6 && p.tx + p.tw + 6 <= r.imageWidth;
+    int64_t cols[kTileW + 12];
     if (!inside)
-        for (int i = 0; i < w; ++i) cols[i] = bayer::mirror(p.tx - 5 + i, r.imageWidth);
+        for (int i = 0; i < w; ++i) cols[i] = bayer::mirror(p.tx - 6 + i, r.imageWidth);
     const int mul = sizeof(T) == 1 ? 257 : 1;
     for (int j = j0; j < h; ++j) {
-        const T* row = rowAt(src, step, bayer::mirror(p.ty - 5 + j, r.imageHeight));
+        const T* row = rowAt(src, step, bayer::mirror(p.ty - 6 + j, r.imageHeight));
         // The same columns of the next tile's rows are asked for now, so that
         // they arrive from memory while this tile is worked on.
-        if (inside && p.ty - 5 + j + kTileH < r.imageHeight) {
-            const char* next = reinterpret_cast<const char*>(rowAt(src, step, p.ty - 5 + j + kTileH) + (p.tx - 5));
+        if (inside && p.ty - 6 + j + kTileH < r.imageHeight) {
+            const char* next = reinterpret_cast<const char*>(rowAt(src, step, p.ty - 6 + j + kTileH) + (p.tx - 6));
             for (size_t b = 0; b < size_t(w) * sizeof(T); b += 64) __builtin_prefetch(next + b);
         }
         uint16_t* out = t.src[j];
         if (inside) {
-            const T* s = row + (p.tx - 5);
+            const T* s = row + (p.tx - 6);
             for (int i = 0; i < w; ++i) out[i] = uint16_t(loadAt(s, i) * mul);
         } else {
             for (int i = 0; i < w; ++i) out[i] = uint16_t(loadAt(row, cols[i]) * mul);
@@ -161,7 +200,7 @@ void gather(Tile& t, const T* src, std::ptrdiff_t step, const bayer::Region& r, 
     }
 }
 
-const Stages kScalar{greensRow, coloursRow, homogeneityRow, chooseRow, choose8Row};
+const Stages kScalar{greensRow, coloursRow, homogeneityRow, chooseRow, refineRow, refine8Row};
 
 Stages chooseStages() {
 #if TPX_HAVE_X86
@@ -175,14 +214,15 @@ Stages chooseStages() {
 // Rows a tile computes itself when the tile above in its strip passed on the
 // rows it shares: the new rows of each stage start where the rows passed on
 // end, and the stages below only read rows from there on.
-constexpr int kSrcOverlap = 10, kGreenOverlap = 6, kColourOverlap = 4, kBalanceOverlap = 2;
-static_assert(kTileH >= kSrcOverlap, "the rows passed on must not overlap their copies");
+constexpr int kSrcOverlap = 12, kGreenOverlap = 8, kColourOverlap = 6, kBalanceOverlap = 4, kChosenOverlap = 2;
+static_assert(kTileH >= kSrcOverlap - kGreenOverlap, "the rows passed on must not overlap their copies");
 
 // Passes the rows a full tile shares with the next one down to the top: for
-// each plane only those the next tile reads (source rows 6..9 for the new
-// green rows from 6, green rows 4..5 for the new colour rows from 4 and row 3
-// for the output's green, colour and Lab rows 2..3 for the new balance rows
-// from 2 and the output, balance rows 0..1).
+// each plane only those the next tile reads (source rows 8..11 for the new
+// green rows from 8, green rows 6..7 for the new colour rows from 6 and row 5
+// for the new chosen rows' green, colour and Lab rows 4..5 for the new
+// balance rows from 4 and the new chosen rows, balance rows 2..3 for the new
+// chosen rows from 2, chosen rows 0..1 for the output).
 void slide(Tile& t) {
     auto move = [](auto& plane, int from, int to) {
         std::memcpy(plane[from], plane[kTileH + from], sizeof(plane[0]) * size_t(to - from));
@@ -194,7 +234,8 @@ void slide(Tile& t) {
             if (c < 2) move(t.rb[d][c], kBalanceOverlap, kColourOverlap);
             move(t.lab[d][c], kBalanceOverlap, kColourOverlap);
         }
-    move(t.balance, 0, kBalanceOverlap);
+    move(t.balance, kChosenOverlap, kBalanceOverlap);
+    for (auto& c : t.chosen) move(c, 0, kChosenOverlap);
 }
 
 // Strips of kTileW columns from top to bottom; every tile after the first of
@@ -220,21 +261,24 @@ void run(const T* src, std::ptrdiff_t srcStep, T* dst, std::ptrdiff_t dstStep, c
             const bool first = oy == 0;
             if (!first) slide(t);
             gather(t, src, srcStep, r, p, first ? 0 : kSrcOverlap);
-            stage(vec.greens, greensRow, first ? 0 : kGreenOverlap, p.th + 6, p.tw + 6, p.tx - 3, p.ty - 3);
-            stage(vec.colours, coloursRow, first ? 0 : kColourOverlap, p.th + 4, p.tw + 4, p.tx - 2, p.ty - 2);
-            stage(vec.homogeneity, homogeneityRow, first ? 0 : kBalanceOverlap, p.th + 2, p.tw + 2, p.tx - 1,
-                  p.ty - 1);
+            stage(vec.greens, greensRow, first ? 0 : kGreenOverlap, p.th + 8, p.tw + 8, p.tx - 4, p.ty - 4);
+            stage(vec.colours, coloursRow, first ? 0 : kColourOverlap, p.th + 6, p.tw + 6, p.tx - 3, p.ty - 3);
+            stage(vec.homogeneity, homogeneityRow, first ? 0 : kBalanceOverlap, p.th + 4, p.tw + 4, p.tx - 2,
+                  p.ty - 2);
+            stage(vec.choose, chooseRow, first ? 0 : kChosenOverlap, p.th + 2, p.tw + 2, p.tx - 1, p.ty - 1);
             for (int j = 0; j < p.th; ++j) {
+                const bool firstGreen = ph.at(p.tx, p.ty + j) == bayer::Colour::Green, rowRed = ph.redRow(p.ty + j);
                 T* out = rowAt(dst, dstStep, oy + j) + 3 * ox;
                 if (oy + j + kTileH < r.height) {  // the next tile's row, for writing
                     char* next = reinterpret_cast<char*>(rowAt(dst, dstStep, oy + j + kTileH) + 3 * ox);
                     for (size_t b = 0; b < size_t(p.tw) * 3 * sizeof(T); b += 64) __builtin_prefetch(next + b, 1);
                 }
                 if constexpr (sizeof(T) == 1) {
-                    if (vec.choose8(t, j, p.tw, out) < p.tw) choose8Row(t, j, p.tw, out);
+                    if (vec.refine8(t, j, p.tw, firstGreen, rowRed, out) < p.tw)
+                        refine8Row(t, j, p.tw, firstGreen, rowRed, out);
                 } else {
-                    const int done = vec.choose(t, j, 0, p.tw, false);
-                    if (done < p.tw) chooseRow(t, j, done, p.tw, false);
+                    const int done = vec.refine(t, j, 0, p.tw, firstGreen, rowRed, false);
+                    if (done < p.tw) refineRow(t, j, done, p.tw, firstGreen, rowRed, false);
                     for (int i = 0; i < p.tw; ++i)
                         for (int ch = 0; ch < 3; ++ch) storeAt(out, 3 * i + ch, T(t.out[ch][i]));
                 }

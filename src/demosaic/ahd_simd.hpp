@@ -247,27 +247,6 @@ int homogeneityRow(Tile& t, int j, int, int n, bool, bool) {
     return i;
 }
 
-template <int N>
-int chooseRow(Tile& t, int j, int, int n, bool eightBit) {
-    using i32 = typename V<N>::i32;
-    using u32 = typename V<N>::u32;
-    int i = 0;
-    for (; i < n && i + N <= kCompute; i += N) {
-        i32 sum{};
-        for (int dy = 0; dy < 3; ++dy)
-            for (int dx = 0; dx < 3; ++dx) sum += load<N>(&t.balance[j + dy][i + dx]);
-        const i32 takeH = sum > 0, takeV = sum < 0;
-        for (int ch = 0; ch < 3; ++ch) {
-            const i32 h = load<N>(candidate(t, 0, ch, j, i)), v = load<N>(candidate(t, 1, ch, j, i));
-            i32 val = (h & takeH) | (v & takeV) | (((h + v + 1) >> 1) & ~(takeH | takeV));
-            // (val + 128) / 257 for val <= 65535.
-            if (eightBit) val = (i32)(((u32)(val + 128) * 65281u) >> 24);
-            store<N>(&t.out[ch][i], val);
-        }
-    }
-    return i;
-}
-
 // N pixels R | G << 8 | B << 16 (one per 32-bit lane) stored as 3 N bytes: the
 // three low bytes of each lane packed within 128-bit lanes, then the 12-byte
 // groups moved next to each other.
@@ -290,63 +269,150 @@ inline void storeRgb8(typename V<N>::i32 px, uint8_t* dst) {
     }
 }
 
-// The 8-bit choice in 16-bit lanes, 2 N pixels at a time: the balance sums
-// stay within -36..36, the tie mean (h + v + 1) >> 1 is the unsigned rounding
-// average, and (v + 128) / 257 = (mulhi(v, 65281) + 128) >> 8 for every
-// 16-bit v.
+// The choice in 16-bit lanes, 2 N pixels at a time: the balance sums stay
+// within -36..36 and the tie mean (h + v + 1) >> 1 is the unsigned rounding
+// average.
 template <int N>
-int choose8Row(Tile& t, int j, int n, uint8_t* dst) {
+int chooseRow(Tile& t, int j, int, int n, bool, bool) {
     constexpr int M = 2 * N;
     typedef int16_t s16 __attribute__((vector_size(2 * M)));
-    using i32 = typename V<N>::i32;
-    if (n < M) return 0;
     auto loadS = [](const void* p) {
         s16 v;
         std::memcpy(&v, p, sizeof v);
         return v;
     };
-    for (int i = 0;; i += M) {
-        if (i + M > n) i = n - M;  // the last block overlaps the one before
+    int i = 0;
+    for (; i < n && i + M <= kCompute; i += M) {
         s16 sum{};
         for (int dy = 0; dy < 3; ++dy)
             for (int dx = 0; dx < 3; ++dx) sum += loadS(&t.balance[j + dy][i + dx]);
         const s16 takeH = sum > 0, takeV = sum < 0, tie = ~(takeH | takeV);
-        s16 ch[3];
         for (int c = 0; c < 3; ++c) {
             const s16 h = loadS(candidate(t, 0, c, j, i)), v = loadS(candidate(t, 1, c, j, i));
-            s16 mean, q;
-            if constexpr (N == 8) {
+            s16 mean;
+            if constexpr (N == 8)
                 mean = (s16)_mm256_avg_epu16((__m256i)h, (__m256i)v);
-                const s16 val = (h & takeH) | (v & takeV) | (mean & tie);
-                q = (s16)_mm256_srli_epi16(
-                    _mm256_add_epi16(_mm256_mulhi_epu16((__m256i)val, _mm256_set1_epi16(-255)), _mm256_set1_epi16(128)), 8);
-            } else {
+            else
                 mean = (s16)_mm512_avg_epu16((__m512i)h, (__m512i)v);
-                const s16 val = (h & takeH) | (v & takeV) | (mean & tie);
-                q = (s16)_mm512_srli_epi16(
-                    _mm512_add_epi16(_mm512_mulhi_epu16((__m512i)val, _mm512_set1_epi16(-255)), _mm512_set1_epi16(128)), 8);
-            }
-            ch[c] = q;
+            const s16 val = (h & takeH) | (v & takeV) | (mean & tie);
+            std::memcpy(&t.chosen[c][j][i], &val, sizeof val);
         }
-        // Two halves of N pixels as 32-bit words.
-        for (int half = 0; half < 2; ++half) {
-            i32 px{};
-            for (int c = 0; c < 3; ++c) {
-                typedef int16_t h16 __attribute__((vector_size(2 * N)));
-                h16 part;
-                std::memcpy(&part, reinterpret_cast<const char*>(&ch[c]) + half * 2 * N, sizeof part);
-                px |= __builtin_convertvector(part, i32) << (8 * c);
-            }
-            storeRgb8<N>(px, dst + 3 * (i + half * N));
+    }
+    return i;
+}
+
+// Median of three.
+template <int N>
+inline typename V<N>::i32 med3(typename V<N>::i32 a, typename V<N>::i32 b, typename V<N>::i32 c) {
+    return vmax<N>(vmin<N>(a, b), vmin<N>(vmax<N>(a, b), c));
+}
+
+// The refinement reads, per column of chosen pixels, the smallest, median and
+// largest of the three differences R - G (k = 0..2) and B - G (k = 3..5) of
+// rows j..j + 2; the median of nine is the median of the largest of three
+// column minima, the median of their medians and the smallest of their maxima.
+struct ColumnStats {
+    alignas(64) int32_t v[6][kCompute + 16];
+};
+
+// Column statistics for columns 0 .. n, whole blocks up to kCompute.
+template <int N>
+inline void columnStats(const Tile& t, int j, int n, ColumnStats& st) {
+    using i32 = typename V<N>::i32;
+    for (int i = 0; i < n && i + N <= kCompute; i += N) {
+        i32 g[3];
+        for (int dy = 0; dy < 3; ++dy) g[dy] = load<N>(&t.chosen[1][j + dy][i]);
+        for (int c = 0; c < 2; ++c) {
+            const uint16_t (*p)[kStride] = t.chosen[2 * c];
+            const i32 a = load<N>(&p[j][i]) - g[0], b = load<N>(&p[j + 1][i]) - g[1], d = load<N>(&p[j + 2][i]) - g[2];
+            const i32 mn = vmin<N>(a, b), mx = vmax<N>(a, b);
+            const i32 out[3] = {vmin<N>(mn, d), vmax<N>(mn, vmin<N>(mx, d)), vmax<N>(mx, d)};
+            for (int k = 0; k < 3; ++k) std::memcpy(&st.v[3 * c + k][i], &out[k], sizeof(i32));
         }
-        if (i + M >= n) break;
+    }
+}
+
+// The refinement of N pixels from column i of output row j: R, G, B in the
+// 16-bit scale.
+template <int N, int... K>
+inline void refineBlock(const Tile& t, const ColumnStats& st, int j, int i, bool firstGreen, bool rowRed,
+                        typename V<N>::i32 px[3], std::integer_sequence<int, K...>) {
+    using i32 = typename V<N>::i32;
+    const i32 zero{}, top = zero + 65535;
+    auto at = [&](int k, int dx) {
+        i32 v;
+        std::memcpy(&v, &st.v[k][i + dx], sizeof v);
+        return v;
+    };
+    i32 med[2];
+    for (int c = 0; c < 2; ++c) {
+        const int k = 3 * c;
+        med[c] = med3<N>(vmax<N>(vmax<N>(at(k, 0), at(k, 1)), at(k, 2)), med3<N>(at(k + 1, 0), at(k + 1, 1), at(k + 1, 2)),
+                         vmin<N>(vmin<N>(at(k + 2, 0), at(k + 2, 1)), at(k + 2, 2)));
+    }
+    const i32 mr = med[0], mb = med[1];
+    const i32 r = load<N>(&t.chosen[0][j + 1][i + 1]), g = load<N>(&t.chosen[1][j + 1][i + 1]),
+              b = load<N>(&t.chosen[2][j + 1][i + 1]);
+    // Lanes at green sites: every other one, from lane 0 when column i is green.
+    const i32 even = i32{(K & 1) == 0 ? -1 : 0 ...};
+    const i32 green = ((i & 1) == 0) == firstGreen ? even : ~even;
+    auto pick = [&](i32 a, i32 c) { return (a & green) | (c & ~green); };
+    if (rowRed) {
+        px[1] = pick(g, vclamp<N>(r - mr, zero, top));
+        px[0] = pick(vclamp<N>(px[1] + mr, zero, top), r);
+        px[2] = vclamp<N>(px[1] + mb, zero, top);
+    } else {
+        px[1] = pick(g, vclamp<N>(b - mb, zero, top));
+        px[2] = pick(vclamp<N>(px[1] + mb, zero, top), b);
+        px[0] = vclamp<N>(px[1] + mr, zero, top);
+    }
+}
+template <int N>
+inline void refineBlock(const Tile& t, const ColumnStats& st, int j, int i, bool firstGreen, bool rowRed,
+                        typename V<N>::i32 px[3]) {
+    refineBlock<N>(t, st, j, i, firstGreen, rowRed, px, std::make_integer_sequence<int, N>());
+}
+
+// (v + 128) / 257 for v <= 65535.
+template <int N>
+inline typename V<N>::i32 to8(typename V<N>::i32 v) {
+    using u32 = typename V<N>::u32;
+    return (typename V<N>::i32)(((u32)(v + 128) * 65281u) >> 24);
+}
+
+template <int N>
+int refineRow(Tile& t, int j, int, int n, bool firstGreen, bool rowRed, bool eightBit) {
+    using i32 = typename V<N>::i32;
+    ColumnStats st;
+    columnStats<N>(t, j, n + N + 2, st);
+    int i = 0;
+    for (; i < n && i + N + 2 <= kCompute; i += N) {
+        i32 px[3];
+        refineBlock<N>(t, st, j, i, firstGreen, rowRed, px);
+        for (int c = 0; c < 3; ++c) store<N>(&t.out[c][i], eightBit ? to8<N>(px[c]) : px[c]);
+    }
+    return i;
+}
+
+template <int N>
+int refine8Row(Tile& t, int j, int n, bool firstGreen, bool rowRed, uint8_t* dst) {
+    using i32 = typename V<N>::i32;
+    if (n < N) return 0;
+    ColumnStats st;
+    columnStats<N>(t, j, n + 2, st);
+    for (int i = 0;; i += N) {
+        if (i + N > n) i = n - N;  // the last block overlaps the one before
+        i32 px[3];
+        refineBlock<N>(t, st, j, i, firstGreen, rowRed, px);
+        storeRgb8<N>(to8<N>(px[0]) | to8<N>(px[1]) << 8 | to8<N>(px[2]) << 16, dst + 3 * i);
+        if (i + N >= n) break;
     }
     return n;
 }
 
 template <int N>
 Stages stages() {
-    return {greensRow<N>, coloursRow<N>, homogeneityRow<N>, chooseRow<N>, choose8Row<N>};
+    return {greensRow<N>, coloursRow<N>, homogeneityRow<N>, chooseRow<N>, refineRow<N>, refine8Row<N>};
 }
 
 }  // namespace tpx::ahd::simd

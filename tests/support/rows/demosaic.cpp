@@ -63,8 +63,8 @@ void addDemosaicRows(std::vector<Export>& t) {
         TPX_EXPORT(tpxiCFAToBGRA_VNG_16u_C1C4R, bayer(m16, px(4, Elem::U16), 5, 2, &kVng, "ns01")),
         TPX_EXPORT(tpxiCFAToBGRA_VNG_8u_C1C4R_L, wide(bayer(m8, px(4), 5, 2, &kVng, "nls01"))),
         TPX_EXPORT(tpxiCFAToBGRA_VNG_16u_C1C4R_L, wide(bayer(m16, px(4, Elem::U16), 5, 2, &kVng, "nls01"))),
-        TPX_EXPORT(tpxiDemosaicAHD_8u_C1C3R, bayer(m8, px(3), 5, 5, &kAhd8, "ns01")),
-        TPX_EXPORT(tpxiDemosaicAHD_16u_C1C3R, bayer(m16, px(3, Elem::U16), 5, 5, &kAhd16, "ns01")),
+        TPX_EXPORT(tpxiDemosaicAHD_8u_C1C3R, bayer(m8, px(3), 5, 6, &kAhd8, "ns01")),
+        TPX_EXPORT(tpxiDemosaicAHD_16u_C1C3R, bayer(m16, px(3, Elem::U16), 5, 6, &kAhd16, "ns01")),
     });
 }
 
