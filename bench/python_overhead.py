@@ -126,9 +126,12 @@ def throughput(files, frames, threads_only, folder):
                             dashboard_address=None))
                         run = {"size": (W, H), "progress": False, "client": stack.enter_context(distributed.Client(cluster))}
                     tdask.convert_files(paths[:2 * workers], os.path.join(work, "warm"), "nv12", "rgb24", **run)
-                    t = time.perf_counter()
-                    tdask.convert_files(paths, os.path.join(work, "out"), "nv12", "rgb24", **run)
-                    rates[workers] = files / (time.perf_counter() - t)
+                    best_time = float("inf")
+                    for _ in range(3):  # the best of three runs: a run lasts a fraction of a second
+                        t = time.perf_counter()
+                        tdask.convert_files(paths, os.path.join(work, "out"), "nv12", "rgb24", **run)
+                        best_time = min(best_time, time.perf_counter() - t)
+                    rates[workers] = files / best_time
             kind = " (worker threads)" if threads_only and where == "LocalCluster" else ""
             print("  %-20s 1 worker %6.1f, 2 workers %6.1f: %.2fx%s" % (where, rates[1], rates[2], rates[2] / rates[1],
                                                                        kind))
