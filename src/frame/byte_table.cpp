@@ -32,7 +32,7 @@ void lookupBytesRanked(const Ranked& t, const uint8_t* s, uint8_t* d, std::ptrdi
     for (; i < n; ++i) {
         if (t.keepFourth && i % 4 == 3) continue;
         const uint8_t p = t.packed[s[i]];
-        d[i] = uint8_t(t.base[s[i]] + (t.ranks[i / t.group % 4] < p % 32 ? t.steps[p / 32] : 0));
+        d[i] = uint8_t(t.base[s[i]] + (t.ranks[i % 192] < p % 32 ? t.steps[p / 32] : 0));
     }
 }
 

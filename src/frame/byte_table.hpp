@@ -16,16 +16,15 @@ void lookupBytes(const uint8_t* table, const uint8_t* s, uint8_t* d, std::ptrdif
 // destination pixel is neither read nor written.
 void lookupBytes3of4(const uint8_t* table, const uint8_t* s, uint8_t* d, std::ptrdiff_t n);
 // Ranked tables: with p = packed[s[i]] (a rank in its low five bits, an
-// index into `steps` in its top three) and r = ranks[(i / group) % 4] (the
-// ranks take turns by groups of `group` bytes, 1, 3 or 4),
+// index into `steps` in its top three) and r = ranks[i % 192] (a pattern that
+// repeats every 192 bytes, a whole number of 64-byte vectors),
 // d[i] = base[s[i]] + (r < p % 32 ? steps[p / 32] : 0), n bytes. With
-// keepFourth (group 4) the fourth byte of each group is left alone.
+// keepFourth the fourth byte of every four is left alone.
 struct Ranked {
     const uint8_t* base;
     const uint8_t* packed;
     uint8_t steps[8];
-    uint8_t ranks[4];
-    int group;
+    const uint8_t* ranks;  // 192 bytes, 64-byte aligned
     bool keepFourth;
 };
 void lookupBytesRanked(const Ranked& t, const uint8_t* s, uint8_t* d, std::ptrdiff_t n);

@@ -52,13 +52,11 @@ std::ptrdiff_t lookupBytes3of4(const uint8_t* table, const uint8_t* s, uint8_t* 
     return p;
 }
 
-// 192 bytes (a whole number of turns for every group size) at a time, the
-// ranks of each of its six vectors worked out once.
+// 192 bytes at a time: six vectors, each with its part of the ranks.
 std::ptrdiff_t lookupBytesRanked(const Ranked& t, const uint8_t* s, uint8_t* d, std::ptrdiff_t n) {
     const Table base(t.base), packed(t.packed);
-    alignas(32) uint8_t steps[16] = {}, ranks[6][32];
+    alignas(32) uint8_t steps[16] = {};
     for (int k = 0; k < 8; ++k) steps[k] = t.steps[k];
-    for (int b = 0; b < 192; ++b) ranks[b / 32][b % 32] = t.ranks[b / t.group % 4];
     const __m256i stepOf = _mm256_broadcastsi128_si256(_mm_load_si128(reinterpret_cast<const __m128i*>(steps)));
     const __m256i low5 = _mm256_set1_epi8(31), low3 = _mm256_set1_epi8(7);
     const __m256i fourth = _mm256_set1_epi32(t.keepFourth ? int32_t(0xFF000000u) : 0);
@@ -67,7 +65,7 @@ std::ptrdiff_t lookupBytesRanked(const Ranked& t, const uint8_t* s, uint8_t* d, 
         for (int v = 0; v < 6; ++v) {
             const __m256i x = load(s + i + 32 * v), p = packed(x);
             const __m256i step = _mm256_shuffle_epi8(stepOf, _mm256_and_si256(_mm256_srli_epi16(p, 5), low3));
-            const __m256i up = _mm256_cmpgt_epi8(_mm256_and_si256(p, low5), load(ranks[v]));
+            const __m256i up = _mm256_cmpgt_epi8(_mm256_and_si256(p, low5), load(t.ranks + 32 * v));
             const __m256i r = _mm256_add_epi8(base(x), _mm256_and_si256(up, step));
             store(d + i + 32 * v, _mm256_blendv_epi8(r, load(d + i + 32 * v), fourth));
         }

@@ -34,16 +34,14 @@ std::ptrdiff_t lookupBytes3of4(const uint8_t* table, const uint8_t* s, uint8_t* 
     return p;
 }
 
-// 192 bytes (a whole number of turns for every group size) at a time, the
-// ranks of each of its three vectors worked out once.
+// 192 bytes at a time: three vectors, each with its part of the ranks.
 std::ptrdiff_t lookupBytesRanked(const Ranked& t, const uint8_t* s, uint8_t* d, std::ptrdiff_t n) {
     const Table base(t.base), packed(t.packed);
-    alignas(64) uint8_t steps[64] = {}, ranks[3][64];
+    alignas(64) uint8_t steps[64] = {};
     for (int k = 0; k < 8; ++k) steps[k] = steps[16 + k] = steps[32 + k] = steps[48 + k] = t.steps[k];
-    for (int b = 0; b < 192; ++b) ranks[b / 64][b % 64] = t.ranks[b / t.group % 4];
     const __m512i stepOf = _mm512_load_si512(steps);
     const __m512i low5 = _mm512_set1_epi8(31), low3 = _mm512_set1_epi8(7);
-    const __m512i rank[3] = {_mm512_load_si512(ranks[0]), _mm512_load_si512(ranks[1]), _mm512_load_si512(ranks[2])};
+    const __m512i rank[3] = {_mm512_load_si512(t.ranks), _mm512_load_si512(t.ranks + 64), _mm512_load_si512(t.ranks + 128)};
     const __mmask64 write = t.keepFourth ? 0x7777777777777777ull : ~__mmask64(0);
     std::ptrdiff_t i = 0;
     for (; i + 192 <= n; i += 192)

@@ -199,7 +199,7 @@ bool byTables(Image<const uint8_t> s, Image<uint8_t> d, TpxSize roi, const Quant
         row<uint8_t, uint8_t, 1, 4>(values, out, 4 * 256, q, r);
         for (int i = 0; i < 4 * 256; ++i) byEntry[kMatrix[r][i % 4]][i / 4] = out[i];
     }
-    Ranked t{base, packed, {}, {}, pixel, K == 5};
+    Ranked t{base, packed, {}, nullptr, K == 5};
     int steps = 0;
     for (int v = 0; v < 256; ++v) {
         const uint8_t lo = byEntry[15][v], hi = byEntry[0][v];
@@ -215,8 +215,13 @@ bool byTables(Image<const uint8_t> s, Image<uint8_t> d, TpxSize roi, const Quant
         base[v] = lo;
         packed[v] = uint8_t(rank | k << 5);
     }
+    // Each matrix row's entries by byte, over 192 bytes (whole pixels and
+    // whole turns of four for 1, 3 and 4 bytes a pixel).
+    alignas(64) uint8_t ranks[4][192];
+    for (int r = 0; r < 4; ++r)
+        for (int b = 0; b < 192; ++b) ranks[r][b] = uint8_t(kMatrix[r][b / pixel % 4]);
     for (int64_t y = 0; y < roi.height; ++y) {
-        for (int c = 0; c < 4; ++c) t.ranks[c] = uint8_t(kMatrix[y & 3][c]);
+        t.ranks = ranks[y & 3];
         lookupBytesRanked(t, s.row(y), d.row(y), n);
     }
     return true;
