@@ -175,15 +175,114 @@ void orderedNoise(Image<const S> src, Image<D> dst, int64_t w, int64_t h, int ch
 // same bytes, a lookup per sample instead of the float arithmetic.
 constexpr int64_t kTableSamples = 1 << 13;
 
+// The constants of the two-product form (see Products) that give out[p][v]
+// for every value v and pattern entry p < phases, if a search near the
+// expected slopes finds them: the distinct results in order are the levels,
+// k = floor((floor(256 v m / 2^16) + e_p) / 256) must be each value's level
+// index and min(255, floor((256 k + b) a / 2^16)) the level.
+bool findProducts(const uint8_t (*out)[256], int phases, Products& p, uint16_t e[16]) {
+    uint8_t level[256];
+    int levels = 0;
+    for (int ph = 0; ph < phases; ++ph)
+        for (int v = 0; v < 256; ++v) {
+            int at = 0;
+            while (at < levels && level[at] < out[ph][v]) ++at;
+            if (at < levels && level[at] == out[ph][v]) continue;
+            for (int j = levels; j > at; --j) level[j] = level[j - 1];
+            level[at] = out[ph][v], ++levels;
+        }
+    if (levels < 2) return false;
+    int index[256];
+    for (int k = 0; k < levels; ++k) index[level[k]] = k;
+    const int64_t a0 = 65536 * int64_t(level[levels - 1] - level[0]) / (256 * int64_t(levels - 1));
+    bool found = false;
+    for (int64_t a = std::max<int64_t>(1, a0 - 256); a <= std::min<int64_t>(65535, a0 + 256) && !found; ++a) {
+        int64_t lo = 0, hi = 255;
+        for (int k = 0; k < levels && lo <= hi; ++k) {
+            const int64_t s = level[k], w = 256 * int64_t(k);
+            lo = std::max(lo, (s * 65536 + a - 1) / a - w);
+            if (s < 255) hi = std::min(hi, ((s + 1) * 65536 - 1) / a - w);
+            hi = std::min(hi, (int64_t(32768) * 65536 - 1) / a - w);  // a positive 16-bit high product
+        }
+        if (lo <= hi) p.a = uint16_t(a), p.b = uint8_t(lo), found = true;
+    }
+    if (!found) return false;
+    const int64_t m0 = 65536 * int64_t(levels - 1) / 255;
+    for (int64_t m = std::max<int64_t>(1, m0 - 64); m <= std::min<int64_t>(65535, m0 + 64); ++m) {
+        bool all = true;
+        for (int ph = 0; ph < phases && all; ++ph) {
+            int64_t lo = 0, hi = 65535;
+            for (int v = 0; v < 256 && lo <= hi; ++v) {
+                const int64_t k = index[out[ph][v]], h = (256 * int64_t(v) * m) >> 16;
+                lo = std::max(lo, 256 * k - h);
+                hi = std::min(hi, 256 * k + 255 - h);
+            }
+            all = lo <= hi;
+            e[ph] = uint16_t(lo);
+        }
+        if (all) return p.m = uint16_t(m), true;
+    }
+    return false;
+}
+
+// The 192 offsets of a pattern in the order of the AVX2 rows' unpacking:
+// words 0-7 of a vector's first half are bytes 0-7 and words 8-15 bytes
+// 16-23; its second half holds bytes 8-15 and 24-31.
+void productOffsets(const uint16_t* byByte, uint16_t* lanes) {
+    for (int v = 0; v < 6; ++v)
+        for (int j = 0; j < 16; ++j) {
+            lanes[32 * v + j] = byByte[32 * v + (j < 8 ? j : j + 8)];
+            lanes[32 * v + 16 + j] = byByte[32 * v + (j < 8 ? j + 8 : j + 16)];
+        }
+}
+
+constexpr int64_t kProductSamples = 1 << 18;
+
+// Every row through the two-product form, with each matrix row's offsets.
+template <int K>
+void rowsByProducts(Image<const uint8_t> s, Image<uint8_t> d, TpxSize roi, Products p, const uint16_t (*e)[192]) {
+#if TPX_HAVE_X86
+    constexpr int pixel = K == 5 ? 4 : K;
+    const Len n = Len(roi.width) * pixel;
+    alignas(64) uint16_t lanes[4][192];
+    for (int r = 0; r < 4; ++r) productOffsets(e[r], lanes[r]);
+    for (int64_t y = 0; y < roi.height; ++y) {
+        p.e = e[y & 3], p.eLanes = lanes[y & 3];
+        const uint8_t* sr = s.row(y);
+        uint8_t* dr = d.row(y);
+        for (Len i = avx2::products(p, sr, dr, n); i < n; ++i) {
+            if (K == 5 && i % 4 == 3) continue;
+            const uint32_t h = (uint32_t(sr[i]) << 8) * p.m >> 16, k = ((h + p.e[i % 192]) & 0xFF00) | p.b;
+            dr[i] = uint8_t(std::min<uint32_t>(255, (k * p.a) >> 16));
+        }
+    }
+#else
+    (void)s, (void)d, (void)roi, (void)p, (void)e;
+#endif
+}
+
 template <int K>
 bool byTables(Image<const uint8_t> s, Image<uint8_t> d, TpxSize roi, const Quant& q, int type) {
     constexpr int pixel = K == 5 ? 4 : K;
     const Len n = Len(roi.width) * pixel;
     alignas(64) uint8_t values[4 * 256], out[4 * 256], base[256];
     for (int i = 0; i < 4 * 256; ++i) values[i] = uint8_t(i / 4);  // each value in the four matrix columns
+    // Without the byte permutes of AVX-512, two 16-bit products per value
+    // beat a 256-entry lookup where they give every result; large images
+    // only, as the search may take a few hundred microseconds.
+    const bool products = TPX_HAVE_X86 && !activeAvx512Vbmi() && activeTier() >= Tier::Avx2 &&
+                          int64_t(roi.width) * roi.height * pixel >= kProductSamples;
+    Products pr{0, 0, 0, nullptr, nullptr, K == 5};
+    alignas(64) uint16_t offsets[4][192];
+    uint16_t byEntryOffset[16];
     if (type == 0) {
         row<uint8_t, uint8_t, 1, 0>(values, out, 4 * 256, q, 0);
         for (int v = 0; v < 256; ++v) base[v] = out[4 * v];
+        if (products && findProducts(&base, 1, pr, byEntryOffset)) {
+            for (int r = 0; r < 4; ++r) std::fill(offsets[r], offsets[r] + 192, byEntryOffset[0]);
+            rowsByProducts<K>(s, d, roi, pr, offsets);
+            return true;
+        }
         for (int64_t y = 0; y < roi.height; ++y) {
             if constexpr (K == 5) lookupBytes3of4(base, s.row(y), d.row(y), roi.width);
             else lookupBytes(base, s.row(y), d.row(y), n);
@@ -220,6 +319,12 @@ bool byTables(Image<const uint8_t> s, Image<uint8_t> d, TpxSize roi, const Quant
     alignas(64) uint8_t ranks[4][192];
     for (int r = 0; r < 4; ++r)
         for (int b = 0; b < 192; ++b) ranks[r][b] = uint8_t(kMatrix[r][b / pixel % 4]);
+    if (products && findProducts(byEntry, 16, pr, byEntryOffset)) {
+        for (int r = 0; r < 4; ++r)
+            for (int b = 0; b < 192; ++b) offsets[r][b] = byEntryOffset[ranks[r][b]];
+        rowsByProducts<K>(s, d, roi, pr, offsets);
+        return true;
+    }
     for (int64_t y = 0; y < roi.height; ++y) {
         t.ranks = ranks[y & 3];
         lookupBytesRanked(t, s.row(y), d.row(y), n);

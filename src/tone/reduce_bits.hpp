@@ -131,4 +131,20 @@ struct Rows {
 #define TPX_REDUCE_TABLE {TPX_REDUCE_ROWS(TPX_REDUCE_ENTRY)}
 extern const Rows kRowsAvx2, kRowsAvx512;
 
+// 8u to 8u by two 16-bit high products, an exact stand-in for the tables
+// where the search in reduce_bits.cpp finds constants that give every value's
+// result: k = (high(v * 256 * m) + e) with its low byte replaced by b (e by
+// byte, a pattern that repeats every 192 bytes), d = min(255, high(k * a)).
+// AVX2 rows; they return the bytes done.
+struct Products {
+    uint16_t m, a;
+    uint8_t b;
+    const uint16_t* e;       // 192 offsets in byte order
+    const uint16_t* eLanes;  // the same in the order of the rows' word unpacking
+    bool keepFourth;
+};
+namespace avx2 {
+std::ptrdiff_t products(const Products& p, const uint8_t* s, uint8_t* d, std::ptrdiff_t n);
+}
+
 }  // namespace tpx::reduce

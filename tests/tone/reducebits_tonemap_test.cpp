@@ -232,4 +232,23 @@ TEST(ReduceBitsToneMap, ToneMapStatedCases) {
     EXPECT_EQ(map(true, wide), zeros);
 }
 
+// Large 8u images take faster paths (byte tables; two 16-bit products at
+// AVX2) that must give the bytes of the per-sample arithmetic, which bands of
+// four rows too small for them still use.
+TEST(ReduceBitsToneMap, LargeImagesAsSmallBands) {
+    using Fn = TpxStatus (*)(const Tpx8u*, int, Tpx8u*, int, TpxSize, int, int, int, Tpx8u*);
+    const int w = 500, h = 528;
+    std::vector<uint8_t> src(size_t(w) * h * 4), whole(src.size(), 7), bands(src.size(), 7);
+    for (size_t i = 0; i < src.size(); ++i) src[i] = uint8_t((i * 2654435761u) >> 13);
+    for (const auto& [f, k] : {std::pair<Fn, int>{tpxiReduceBits_8u_C1R, 1}, {tpxiReduceBits_8u_C3R, 3}, {tpxiReduceBits_8u_AC4R, 4}})
+        for (int type : {0, 4})
+            for (int levels : {2, 5, 16, 93, 256}) {
+                const int step = w * k;
+                ASSERT_EQ(f(src.data(), step, whole.data(), step, {w, h}, 0, type, levels, nullptr), tpxStatusOk);
+                for (int y = 0; y < h; y += 4)
+                    f(src.data() + y * step, step, bands.data() + y * step, step, {w, 4}, 0, type, levels, nullptr);
+                EXPECT_EQ(whole, bands) << k << " channels, type " << type << ", " << levels << " levels";
+            }
+}
+
 }  // namespace
