@@ -181,19 +181,14 @@ constexpr int64_t kTableSamples = 1 << 13;
 // k = floor((floor(256 v m / 2^16) + e_p) / 256) must be each value's level
 // index and min(255, floor((256 k + b) a / 2^16)) the level.
 bool findProducts(const uint8_t (*out)[256], int phases, Products& p, uint16_t e[16]) {
-    uint8_t level[256];
-    int levels = 0;
+    bool seen[256] = {};
     for (int ph = 0; ph < phases; ++ph)
-        for (int v = 0; v < 256; ++v) {
-            int at = 0;
-            while (at < levels && level[at] < out[ph][v]) ++at;
-            if (at < levels && level[at] == out[ph][v]) continue;
-            for (int j = levels; j > at; --j) level[j] = level[j - 1];
-            level[at] = out[ph][v], ++levels;
-        }
+        for (int v = 0; v < 256; ++v) seen[out[ph][v]] = true;
+    uint8_t level[256];
+    int index[256], levels = 0;
+    for (int r = 0; r < 256; ++r)
+        if (seen[r]) index[r] = levels, level[levels++] = uint8_t(r);
     if (levels < 2) return false;
-    int index[256];
-    for (int k = 0; k < levels; ++k) index[level[k]] = k;
     const int64_t a0 = 65536 * int64_t(level[levels - 1] - level[0]) / (256 * int64_t(levels - 1));
     bool found = false;
     for (int64_t a = std::max<int64_t>(1, a0 - 256); a <= std::min<int64_t>(65535, a0 + 256) && !found; ++a) {
