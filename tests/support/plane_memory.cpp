@@ -35,7 +35,7 @@ bool PlaneMemory::allocate(int64_t rows, int64_t rowBytes, int64_t step) {
         chunks_.push_back({dense_, size_t(span), {}});
         return true;
     }
-    if (rows > 8 || span > kSparse) return false;
+    if (rows > 8 || span > kSparse || rows * rowBytes > kOpen) return false;
     const uintptr_t page = uintptr_t(sysconf(_SC_PAGESIZE));
     mapLen_ = size_t((uintptr_t(span) + 2 * page) / page * page);
     void* m = mmap(nullptr, mapLen_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);

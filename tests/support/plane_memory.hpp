@@ -17,6 +17,9 @@ class PlaneMemory {
 public:
     static constexpr int64_t kDense = int64_t(8) << 20;
     static constexpr int64_t kSparse = int64_t(48) << 30;
+    // Bytes of rows a sparse plane may open (the rows are filled and
+    // remembered, so each opened byte costs three).
+    static constexpr int64_t kOpen = int64_t(64) << 20;
 
     PlaneMemory() = default;
     PlaneMemory(const PlaneMemory&) = delete;
@@ -24,7 +27,7 @@ public:
     ~PlaneMemory();
 
     // False when the span is too large to reserve (over kSparse, or over
-    // kDense with more than 8 rows).
+    // kDense with more than 8 rows or rows of more than kOpen bytes in all).
     bool allocate(int64_t rows, int64_t rowBytes, int64_t step);
     // A few bytes, for a call that must not touch its images.
     void tiny();
