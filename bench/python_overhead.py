@@ -103,6 +103,7 @@ def python_threads():
 
 
 def throughput(files, frames, threads_only, folder):
+    import dask
     import distributed
     from tpxcc import dask as tdask
     work = tempfile.mkdtemp(prefix="tpxcc-dask-", dir=folder)
@@ -121,16 +122,24 @@ def throughput(files, frames, threads_only, folder):
                 with contextlib.ExitStack() as stack:
                     run = {"size": (W, H), "progress": False, "workers": workers}
                     if where == "LocalCluster":
+                        # Tasks of a few milliseconds: without queuing on the
+                        # scheduler, each completed task does not wait for a
+                        # round trip to hand its worker the next one.
+                        stack.enter_context(dask.config.set({"distributed.scheduler.worker-saturation": float("inf")}))
                         cluster = stack.enter_context(distributed.LocalCluster(
                             n_workers=workers, threads_per_worker=1, processes=not threads_only,
                             dashboard_address=None))
                         run = {"size": (W, H), "progress": False, "client": stack.enter_context(distributed.Client(cluster))}
                     tdask.convert_files(paths[:2 * workers], os.path.join(work, "warm"), "nv12", "rgb24", **run)
                     best_time = float("inf")
-                    for _ in range(3):  # the best of three runs: a run lasts a fraction of a second
+                    for k in range(3):  # the best of three runs: a run lasts a fraction of a second
+                        # Into a new folder each time, as a batch conversion
+                        # writes (replacing old files costs their pages too).
+                        out = os.path.join(work, "out%d" % k)
                         t = time.perf_counter()
-                        tdask.convert_files(paths, os.path.join(work, "out"), "nv12", "rgb24", **run)
+                        tdask.convert_files(paths, out, "nv12", "rgb24", **run)
                         best_time = min(best_time, time.perf_counter() - t)
+                        shutil.rmtree(out)
                     rates[workers] = files / best_time
             kind = " (worker threads)" if threads_only and where == "LocalCluster" else ""
             print("  %-20s 1 worker %6.1f, 2 workers %6.1f: %.2fx%s" % (where, rates[1], rates[2], rates[2] / rates[1],

@@ -76,7 +76,9 @@ def convert_files(paths, dst_dir, src_fmt, dst_fmt, size=None, client=None, prog
     """Converts raw files of `src_fmt` frames (size=(width, height)) to
     `dst_fmt`, one task per file, into dst_dir/<name>.<dst_fmt>; returns the
     output paths. Runs on `client`, or on the local threaded scheduler with
-    `workers` threads (default: one a core). Options as tpxcc.convert."""
+    `workers` threads (default: one a core). Options as tpxcc.convert.
+    A file is a task of milliseconds: a cluster's scheduler keeps its
+    workers busy only with worker saturation `inf` (see the README)."""
     if size is None:
         raise ConversionError("raw files need size=(width, height)")
     os.makedirs(dst_dir, exist_ok=True)
