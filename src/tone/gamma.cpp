@@ -46,7 +46,9 @@ void lookupRow(const void* const* sv, void* const* dv, Len n, const void* table)
     const T* t = static_cast<const T*>(table);
     const auto at = [](const void* p) { return reinterpret_cast<uintptr_t>(p); };
     const uintptr_t bytes = uintptr_t(n * K) * sizeof(T);
-    if (at(s) + bytes <= at(d) || at(d) + bytes <= at(s)) return lookupApart<T, K>(s, d, n, t);
+    // In place (the same address), no sample is read after a write to it
+    // either: each is read, then written, and later writes go further on.
+    if (at(s) == at(d) || at(s) + bytes <= at(d) || at(d) + bytes <= at(s)) return lookupApart<T, K>(s, d, n, t);
     for (Len p = 0; p < n; ++p)
         for (int c = 0; c < (K == 4 ? 3 : K); ++c) d[K * p + c] = t[s[K * p + c]];
 }
