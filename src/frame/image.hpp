@@ -37,6 +37,14 @@ template <class T>
 inline void storeAt(T* row, std::ptrdiff_t i, T v) {
     std::memcpy(reinterpret_cast<unsigned char*>(row) + i * std::ptrdiff_t(sizeof(T)), &v, sizeof v);
 }
+// Whether a pixel's samples may be stored as one word, the first sample in
+// its low bits.
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+constexpr bool kLittleEndian = true;
+#else
+constexpr bool kLittleEndian = false;
+#endif
+
 // True when rows from `p` at `step` bytes apart are all aligned to T.
 template <class T>
 inline bool alignedRows(const T* p, std::ptrdiff_t step) {

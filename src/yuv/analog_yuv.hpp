@@ -25,6 +25,8 @@
 // internal linkage, so every file keeps its own).
 #pragma once
 
+#include "frame/image.hpp"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -53,11 +55,6 @@ enum Fourth { kNone, kKeep, kCopy, kValue };
 #define TPX_ANALOG_MERGE_FOURTH 0
 #endif
 constexpr bool kMergeFourth = TPX_ANALOG_MERGE_FOURTH;
-#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
-constexpr bool kLittleEndian = true;
-#else
-constexpr bool kLittleEndian = false;
-#endif
 
 // Every row kind of the members: the template arguments of each (elements
 // per source pixel, BGR source, elements per destination pixel, BGR
