@@ -45,6 +45,17 @@ constexpr bool kLittleEndian = true;
 constexpr bool kLittleEndian = false;
 #endif
 
+// Marks a loop whose iterations touch disjoint elements (a destination row
+// that is the source row itself, or apart from it), so that it may be
+// vectorised without the compiler proving that the row pointers do not alias.
+#if defined(__clang__)
+#define TPX_INDEPENDENT _Pragma("clang loop vectorize(assume_safety)")
+#elif defined(__GNUC__)
+#define TPX_INDEPENDENT _Pragma("GCC ivdep")
+#else
+#define TPX_INDEPENDENT
+#endif
+
 // True when rows from `p` at `step` bytes apart are all aligned to T.
 template <class T>
 inline bool alignedRows(const T* p, std::ptrdiff_t step) {

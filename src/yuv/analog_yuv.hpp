@@ -124,15 +124,7 @@ struct Out {
 };
 
 // Pixels of a row are independent, and a destination row never overlaps a
-// source row, so the loops below may be vectorised without the compiler
-// proving that the row pointers do not alias.
-#if defined(__clang__)
-#define TPX_INDEPENDENT _Pragma("clang loop vectorize(assume_safety)")
-#elif defined(__GNUC__)
-#define TPX_INDEPENDENT _Pragma("GCC ivdep")
-#else
-#define TPX_INDEPENDENT
-#endif
+// source row, so the loops below are marked TPX_INDEPENDENT.
 
 // Subsampled rows work in chunks of this many pixels, through planar arrays
 // on the stack that the loops read and write at unit stride.
