@@ -42,6 +42,7 @@ struct Trio {
 // What an Op without arguments derives from: its per-row state is empty.
 struct Fixed {
     static constexpr bool kRaw = false;
+    static constexpr bool kStaged = false;  // floats to floats through the blocks too
     struct State {
         explicit State(const void*) {}
     };
@@ -51,6 +52,12 @@ namespace {
 
 template <class T>
 constexpr bool kFloat = std::is_floating_point_v<T>;
+// Whether an Op asks for staged blocks even from floats to floats (Ops
+// that do not derive from Fixed may leave kStaged out).
+template <class Op, class = void>
+struct Staged : std::false_type {};
+template <class Op>
+struct Staged<Op, std::void_t<decltype(Op::kStaged)>> : std::bool_constant<Op::kStaged> {};
 template <class T>
 constexpr int kFull = std::is_same_v<T, uint8_t> ? 255 : 65535;
 template <class T, bool Raw = false>
@@ -100,6 +107,16 @@ void row(const void* const* sv, void* const* dv, Len n, const void* args) {
                      static_cast<const S*>(sv[3])};
     D* d[4] = {static_cast<D*>(dv[0]), static_cast<D*>(dv[1]), static_cast<D*>(dv[2]), static_cast<D*>(dv[3])};
     const typename Op::State state(args);
+    if constexpr (kFloat<S> && kFloat<D> && !copy && !Staged<Op>::value) {
+        // Floats to floats need no conversions: pixel by pixel, each read
+        // before it is written and touching no other (in place is the same).
+        TPX_INDEPENDENT
+        for (Len i = 0; i < n; ++i) {
+            const Trio o = Op::apply(state, get<S, SK, sb>(s, i, 0), get<S, SK, sb>(s, i, 1), get<S, SK, sb>(s, i, 2));
+            set<D, DK, db>(d, i, 0, o.a), set<D, DK, db>(d, i, 1, o.b), set<D, DK, db>(d, i, 2, o.c);
+        }
+        return;
+    }
     alignas(64) float x0[kBlock], x1[kBlock], x2[kBlock], y0[kBlock], y1[kBlock], y2[kBlock];
     alignas(64) D w[kBlock];
     for (Len at = 0; at < n; at += kBlock) {
