@@ -134,4 +134,22 @@ TEST(TwistGamma, StatedValues) {
     EXPECT_EQ(tpxiGammaFwd_32f_C3R(nullptr, 12, nullptr, 12, {1, 1}, 0.5f, 0.5f), tpxStatusBadRange);
 }
 
+// Overlapping images go sample by sample in increasing address order: a
+// destination a pixel or a sample behind or ahead of the source, against
+// that order run on a copy (the table read from apart images).
+TEST(TwistGamma, GammaOverlapInAddressOrder) {
+    Tpx8u all[256 * 3], table[256 * 3];
+    for (int i = 0; i < 256 * 3; ++i) all[i] = Tpx8u(i / 3);
+    ASSERT_EQ(tpxiGammaFwd_8u_C3R(all, 768, table, 768, {256, 1}), tpxStatusOk);
+    for (int shift : {-4, -3, -1, 1, 3, 4}) {
+        std::vector<Tpx8u> buf(3 * 200 + 8), want;
+        for (size_t i = 0; i < buf.size(); ++i) buf[i] = Tpx8u(i * 37 + 11);
+        want = buf;
+        const int s = 4, d = s + shift;
+        for (int i = 0; i < 3 * 190; ++i) want[d + i] = table[3 * want[s + i]];
+        ASSERT_EQ(tpxiGammaFwd_8u_C3R(buf.data() + s, 600, buf.data() + d, 600, {190, 1}), tpxStatusOk);
+        EXPECT_EQ(buf, want) << shift;
+    }
+}
+
 }  // namespace
