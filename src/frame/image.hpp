@@ -44,6 +44,22 @@ constexpr bool kLittleEndian = true;
 #else
 constexpr bool kLittleEndian = false;
 #endif
+// The four samples of a pixel of 8- or 16-bit integers at p: one word store
+// where the byte order allows (the rows around it then vectorise), else
+// sample by sample.
+template <class T>
+inline void storePixel4(T* p, T s0, T s1, T s2, T s3) {
+    static_assert(std::is_integral_v<T> && sizeof(T) <= 2, "8- or 16-bit samples");
+    if constexpr (kLittleEndian) {
+        using U = std::make_unsigned_t<T>;
+        using Word = std::conditional_t<sizeof(T) == 1, uint32_t, uint64_t>;
+        constexpr int bits = 8 * sizeof(T);
+        const Word w = Word(U(s0)) | Word(U(s1)) << bits | Word(U(s2)) << 2 * bits | Word(U(s3)) << 3 * bits;
+        std::memcpy(p, &w, sizeof w);
+    } else {
+        storeAt(p, 0, s0), storeAt(p, 1, s1), storeAt(p, 2, s2), storeAt(p, 3, s3);
+    }
+}
 
 // Marks a loop whose iterations touch disjoint elements (a destination row
 // that is the source row itself, or apart from it), so that it may be

@@ -18,7 +18,6 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <type_traits>
 
 namespace tpx::blocks {
@@ -136,17 +135,11 @@ void row(const void* const* sv, void* const* dv, Len n, const void* args) {
         // The samples first, then the interleaving, in loops of their own
         // (together, the stores of the samples went out one by one).
         alignas(64) D z0[kBlock], z1[kBlock], z2[kBlock];
-        for (Len i = 0; i < m; ++i) z0[i] = stored<D, raw>(y0[i]), z1[i] = stored<D, raw>(y1[i]), z2[i] = stored<D, raw>(y2[i]);
-        if constexpr (DK == 4 && kLittleEndian && !kFloat<D>) {
-            // Four-sample pixels as one word each.
-            using U = std::make_unsigned_t<D>;
-            using Word = std::conditional_t<sizeof(D) == 1, uint32_t, uint64_t>;
-            constexpr int bits = 8 * sizeof(D);
-            for (Len i = 0; i < m; ++i) {
-                const Word first = U(db ? z2[i] : z0[i]), third = U(db ? z0[i] : z2[i]);
-                const Word word = first | Word(U(z1[i])) << bits | third << 2 * bits | Word(U(w[i])) << 3 * bits;
-                std::memcpy(d[0] + 4 * (at + i), &word, sizeof word);
-            }
+        for (Len i = 0; i < m; ++i)
+            z0[i] = stored<D, raw>(y0[i]), z1[i] = stored<D, raw>(y1[i]), z2[i] = stored<D, raw>(y2[i]);
+        if constexpr (DK == 4 && !kFloat<D>) {
+            for (Len i = 0; i < m; ++i)  // one word a pixel
+                storePixel4(d[0] + 4 * (at + i), db ? z2[i] : z0[i], z1[i], db ? z0[i] : z2[i], w[i]);
         } else {
             for (Len i = 0; i < m; ++i) {
                 set<D, DK, db>(d, at + i, 0, z0[i]);

@@ -17,7 +17,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <type_traits>
 
 namespace tpx::ycocg {
@@ -108,20 +107,12 @@ void inverseRow(const S* __restrict y, const S* __restrict co, const S* __restri
             g = Y + Cg;
             b = Y - Co - Cg;
         }
-        if constexpr (Ch == 4 && kLittleEndian) {
-            // The four samples as one word (stored one by one, they kept the
-            // rows from vectorising).
-            using U = std::make_unsigned_t<D>;
-            using Word = std::conditional_t<sizeof(D) == 1, uint32_t, uint64_t>;
-            constexpr int bits = 8 * sizeof(D);
-            const Word first = U(saturate<D>(Bgr ? b : r)), last = U(saturate<D>(Bgr ? r : b));
-            const Word word = first | Word(U(saturate<D>(g))) << bits | last << 2 * bits | Word(U(fourth)) << 3 * bits;
-            std::memcpy(d + Ch * i, &word, sizeof word);
+        if constexpr (Ch == 4) {
+            storePixel4(d + Ch * i, saturate<D>(Bgr ? b : r), saturate<D>(g), saturate<D>(Bgr ? r : b), fourth);
         } else {
             storeAt(d, Ch * i + (Bgr ? 0 : 2), saturate<D>(b));
             storeAt(d, Ch * i + 1, saturate<D>(g));
             storeAt(d, Ch * i + (Bgr ? 2 : 0), saturate<D>(r));
-            if constexpr (Ch == 4) storeAt(d, Ch * i + 3, fourth);
         }
     }
 }
