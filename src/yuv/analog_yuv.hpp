@@ -23,18 +23,21 @@
 // loops that analog_yuv_avx2.cpp and
 // analog_yuv_avx512.cpp compile for their instruction sets (the bodies have
 // internal linkage, so every file keeps its own). In those builds the
-// subsampled encoder rows start with the vector row functions of the YCbCr
-// encoders under their analog arithmetic (rgb_to_ycbcr_sub_simd.hpp), which
-// give the same bytes; the loops below finish the row.
+// subsampled rows (but the four-byte decoders) start with the vector row
+// functions of the YCbCr families under their analog arithmetic
+// (rgb_to_ycbcr_sub_simd.hpp, ycbcr_sub_to_rgb_simd.hpp), which give the
+// same bytes; the loops below finish the row.
 #pragma once
 
 #include "frame/image.hpp"
 #include "yuv/rgb_to_ycbcr_sub.hpp"
+#include "yuv/ycbcr_sub_to_rgb.hpp"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 namespace tpx::analog {
 
@@ -191,6 +194,29 @@ Len encodeVectors(const uint8_t* const* s0, const uint8_t* const* s1, uint8_t* y
     }
 }
 
+// Pixels [0, returned) of a subsampled decoder row (of both rows r0, r1 for
+// 4:2:0) by the decoder family's vector row function of layout L and
+// destination O; 0 for four-byte destinations, whose fourth byte stays.
+template <class L, int DK, bool DB>
+Len decodeVectors(const yuv::sub::Row& r0, const yuv::sub::Row& r1) {
+    using O = std::conditional_t<DK == 1, yuv::sub::PlanesRgb, yuv::sub::Interleaved<DB, 3>>;
+    if constexpr (TPX_ANALOG_VECTOR_ROWS == 0 || DK == 4)
+        return 0;
+    else if constexpr (TPX_ANALOG_VECTOR_ROWS == 1)
+        return yuv::sub::rowAvx2<L, yuv::sub::Analog, O>(r0, r1);
+    else
+        return yuv::sub::rowAvx512<L, yuv::sub::Analog, O>(r0, r1);
+}
+// A decoder row: luma y, chroma u, v, destination channel pointers d, pixels.
+inline yuv::sub::Row decoderRow(const uint8_t* y, const uint8_t* u, const uint8_t* v, uint8_t* const* d, Len pixels) {
+    yuv::sub::Row r{};
+    r.y = y, r.cb = u, r.cr = v;
+    for (int c = 0; c < 3; ++c) r.d[c] = d[c];
+    r.width = r.blockEnd = int(pixels);
+    r.chromaWidth = int(pixels / 2);
+    return r;
+}
+
 // 4:4:4: R, G, B (a fourth when F says) in, Y, U, V out; and back.
 template <int SK, int SB, int DK, int F>
 void encode444(const uint8_t* const* s, uint8_t* const* d, Len n, uint8_t) {
@@ -267,7 +293,10 @@ template <int SK, int SB, int DK, int>
 void decode422(const uint8_t* const* s, uint8_t* const* d, Len n) {
     alignas(64) uint8_t Y[kChunk], U2[kChunk], V2[kChunk];
     const Len pixels = n / 2 * 2;
-    for (Len i0 = 0; i0 < pixels; i0 += kChunk) {
+    using L = std::conditional_t<SK == 2, yuv::sub::PkYCbCr, yuv::sub::Pl422>;
+    const yuv::sub::Row r = SK == 2 ? decoderRow(s[0], s[0] + 1, s[0] + 3, d, pixels)
+                                    : decoderRow(s[0], s[1], s[2], d, pixels);
+    for (Len i0 = decodeVectors<L, DK, false>(r, r); i0 < pixels; i0 += kChunk) {
         const Len m = std::min(kChunk, pixels - i0), h = m / 2;
         const uint8_t* y = Y;
         if constexpr (SK == 2) {
@@ -331,7 +360,9 @@ template <int, int, int DK, int DB>
 void decode420(const uint8_t* const* s0, const uint8_t* const* s1, uint8_t* const* d0, uint8_t* const* d1, Len n,
                uint8_t) {
     alignas(64) uint8_t U2[kChunk], V2[kChunk];
-    for (Len i0 = 0; i0 < 2 * n; i0 += kChunk) {
+    const Len start = decodeVectors<yuv::sub::Pl420, DK, DB != 0>(decoderRow(s0[0], s0[1], s0[2], d0, 2 * n),
+                                                                 decoderRow(s1[0], s0[1], s0[2], d1, 2 * n));
+    for (Len i0 = start; i0 < 2 * n; i0 += kChunk) {
         const Len m = std::min(kChunk, 2 * n - i0);
         doubled(s0[1] + i0 / 2, s0[2] + i0 / 2, m / 2, U2, V2);
         for (int row = 0; row < 2; ++row) decodeChunk<DK, DB != 0>((row ? s1 : s0)[0] + i0, U2, V2, row ? d1 : d0, i0, m);

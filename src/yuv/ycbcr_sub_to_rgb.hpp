@@ -175,6 +175,20 @@ struct Reference709 {
     static Rgb pixel(const Row&, int, int y, int cb, int cr) { return decRef(y, cb, cr, M::ref); }
 };
 
+// Analog YUV (u = Cb - 128, v = Cr - 128): R = clamp(((Y << 16) + 74711 v)
+// >> 16), G = clamp(((Y << 16) - 25821 u - 38076 v) >> 16), B = clamp(((Y
+// << 16) + 133169 u) >> 16), without rounding terms. Its rows run their own
+// scalar code; the SIMD row functions serve them.
+struct Analog {
+    static constexpr bool simd = true;
+    static int simdEnd(const Row& r) { return r.width; }
+    static Rgb pixel(const Row&, int, int y, int cb, int cr) {
+        const int u = cb - 128, v = cr - 128;
+        return {clamp255(y + ((74711 * v) >> 16)), clamp255(y + ((-25821 * u - 38076 * v) >> 16)),
+                clamp255(y + ((133169 * u) >> 16))};
+    }
+};
+
 // ---- Destinations ----------------------------------------------------------
 template <bool Bgr, int Channels>
 struct Interleaved {
@@ -229,7 +243,9 @@ using BgrC4 = Interleaved<true, 4>;
     X(Pl420, Hdtv, BgrC4) X(Pl420Cr, Bt601, RgbC4) X(TpCbCr, Bt601, RgbC3) X(TpCbCr, Bt601, RgbC4)      \
     X(TpCbCr, Bt601, BgrC3) X(TpCbCr, Bt601, BgrC4) X(TpCrCb, Bt601, RgbC3) X(TpCrCb, Bt601, RgbC4)     \
     X(TpCrCb, Bt601, BgrC3) X(TpCrCb, Bt601, BgrC4) X(Pl411, Bt601, BgrC3) X(Pl411, Bt601, BgrC4)  \
-    X(Filter420, Bt601, BgrC4) X(PkCbYCr, Reference709<Hdtv709>, BgrC3) X(PkCbYCr, Reference709<Hdtv709>, BgrC4)
+    X(Filter420, Bt601, BgrC4) X(PkCbYCr, Reference709<Hdtv709>, BgrC3) X(PkCbYCr, Reference709<Hdtv709>, BgrC4) \
+    X(PkYCbCr, Analog, RgbC3) X(Pl422, Analog, RgbC3) X(Pl422, Analog, PlanesRgb) X(Pl420, Analog, RgbC3)          \
+    X(Pl420, Analog, BgrC3) X(Pl420, Analog, PlanesRgb)
 
 template <class L, class A, class O>
 int rowAvx2(const Row& first, const Row& second);
