@@ -23,7 +23,7 @@
 // loops that analog_yuv_avx2.cpp and
 // analog_yuv_avx512.cpp compile for their instruction sets (the bodies have
 // internal linkage, so every file keeps its own). In those builds the
-// subsampled rows (but the four-byte decoders) start with the vector row
+// subsampled rows start with the vector row
 // functions of the YCbCr families under their analog arithmetic
 // (rgb_to_ycbcr_sub_simd.hpp, ycbcr_sub_to_rgb_simd.hpp), which give the
 // same bytes; the loops below finish the row.
@@ -196,11 +196,11 @@ Len encodeVectors(const uint8_t* const* s0, const uint8_t* const* s1, uint8_t* y
 
 // Pixels [0, returned) of a subsampled decoder row (of both rows r0, r1 for
 // 4:2:0) by the decoder family's vector row function of layout L and
-// destination O; 0 for four-byte destinations, whose fourth byte stays.
+// destination DK (planes for 1; four-byte pixels keep their fourth byte).
 template <class L, int DK, bool DB>
 Len decodeVectors(const yuv::sub::Row& r0, const yuv::sub::Row& r1) {
-    using O = std::conditional_t<DK == 1, yuv::sub::PlanesRgb, yuv::sub::Interleaved<DB, 3>>;
-    if constexpr (TPX_ANALOG_VECTOR_ROWS == 0 || DK == 4)
+    using O = std::conditional_t<DK == 1, yuv::sub::PlanesRgb, yuv::sub::Interleaved<DB, DK, DK == 4>>;
+    if constexpr (TPX_ANALOG_VECTOR_ROWS == 0)
         return 0;
     else if constexpr (TPX_ANALOG_VECTOR_ROWS == 1)
         return yuv::sub::rowAvx2<L, yuv::sub::Analog, O>(r0, r1);

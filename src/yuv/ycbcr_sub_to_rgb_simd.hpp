@@ -316,10 +316,13 @@ inline void put(const Row& r, std::ptrdiff_t x, const Channels<V>& c) {
     } else {
         const auto first = O::bgr ? c.b : c.r, third = O::bgr ? c.r : c.b;
         typename V::I q[4];
-        interleave4<V>(first, c.g, third, V::set8(char(r.alpha)), q);
+        interleave4<V>(first, c.g, third, V::set8(char(O::keep ? 0 : r.alpha)), q);
         for (int i = 0; i < 4; ++i) {
-            if constexpr (O::channels == 4)
-                V::store(r.d[0] + 4 * x + i * V::N, q[i]);
+            uint8_t* p = r.d[0] + 4 * x + i * V::N;
+            if constexpr (O::channels == 4 && O::keep)
+                V::store(p, V::or_(q[i], V::and_(V::load(p), V::set32(int32_t(0xFF000000u)))));
+            else if constexpr (O::channels == 4)
+                V::store(p, q[i]);
             else
                 V::store3of4(r.d[0] + 3 * x + i * (3 * V::N / 4), q[i]);
         }
