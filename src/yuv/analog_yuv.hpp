@@ -22,15 +22,22 @@
 // compile-time channel offsets, a planar one through its planes, as plain
 // loops that analog_yuv_avx2.cpp and
 // analog_yuv_avx512.cpp compile for their instruction sets (the bodies have
-// internal linkage, so every file keeps its own).
+// internal linkage, so every file keeps its own). In those builds the
+// subsampled rows start with the vector row
+// functions of the YCbCr families under their analog arithmetic
+// (rgb_to_ycbcr_sub_simd.hpp, ycbcr_sub_to_rgb_simd.hpp), which give the
+// same bytes; the loops below finish the row.
 #pragma once
 
 #include "frame/image.hpp"
+#include "yuv/rgb_to_ycbcr_sub.hpp"
+#include "yuv/ycbcr_sub_to_rgb.hpp"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 namespace tpx::analog {
 
@@ -55,6 +62,10 @@ enum Fourth { kNone, kKeep, kCopy, kValue };
 #define TPX_ANALOG_MERGE_FOURTH 0
 #endif
 constexpr bool kMergeFourth = TPX_ANALOG_MERGE_FOURTH;
+// The vector row functions of the build: none (0), AVX2 (1), AVX-512 (2).
+#ifndef TPX_ANALOG_VECTOR_ROWS
+#define TPX_ANALOG_VECTOR_ROWS 0
+#endif
 
 // Every row kind of the members: the template arguments of each (elements
 // per source pixel, BGR source, elements per destination pixel, BGR
@@ -148,6 +159,56 @@ inline void doubled(const uint8_t* __restrict u, const uint8_t* __restrict v, Le
     for (Len k = 0; k < h; ++k) U2[2 * k] = U2[2 * k + 1] = u[k], V2[2 * k] = V2[2 * k + 1] = v[k];
 }
 
+// The encoder family's layout of a subsampled analog encoder row: source
+// pixels of SK bytes (planes for 1), output packed Y U Y V (DK 2) or planes.
+template <int SK, int SB, yuv::enc::Sampling S, int DK>
+using EncLayout =
+    yuv::enc::Layout<SK == 1 ? 0 : SK, SB != 0, S, DK == 2 ? yuv::enc::Out::Packed : yuv::enc::Out::Planes,
+                     DK == 2 ? yuv::enc::Pack::YCbCr : yuv::enc::Pack::None, yuv::enc::Rule::Analog>;
+
+// Pixels [0, returned) of a subsampled encoder row by the vector row function
+// of layout L: source rows s0 (and s1 for 4:2:0), luma rows y0 (y1), chroma
+// rows u, v (the packed row in y0 for packed output).
+template <class L>
+Len encodeVectors(const uint8_t* const* s0, const uint8_t* const* s1, uint8_t* y0, uint8_t* y1, uint8_t* u,
+                  uint8_t* v, Len pixels) {
+    if constexpr (TPX_ANALOG_VECTOR_ROWS == 0) {
+        return 0;
+    } else {
+        yuv::enc::Rows r{};
+        for (int p = 0; p < 3; ++p) r.src[0][p] = s0[p], r.src[1][p] = s1 ? s1[p] : nullptr;
+        r.y[0] = y0, r.y[1] = y1, r.cb = u, r.cr = v, r.width = int(pixels);
+        const yuv::enc::Arith& a = L::blockH == 2 ? yuv::enc::kAnalogBlock : yuv::enc::kAnalogPair;
+        if constexpr (TPX_ANALOG_VECTOR_ROWS == 1)
+            return yuv::enc::rowAvx2<L>(r, a);
+        else
+            return yuv::enc::rowAvx512<L>(r, a);
+    }
+}
+
+// Pixels [0, returned) of a subsampled decoder row (of both rows r0, r1 for
+// 4:2:0) by the decoder family's vector row function of layout L and
+// destination DK (planes for 1; four-byte pixels keep their fourth byte).
+template <class L, int DK, bool DB>
+Len decodeVectors(const yuv::sub::Row& r0, const yuv::sub::Row& r1) {
+    using O = std::conditional_t<DK == 1, yuv::sub::PlanesRgb, yuv::sub::Interleaved<DB, DK, DK == 4>>;
+    if constexpr (TPX_ANALOG_VECTOR_ROWS == 0)
+        return 0;
+    else if constexpr (TPX_ANALOG_VECTOR_ROWS == 1)
+        return yuv::sub::rowAvx2<L, yuv::sub::Analog, O>(r0, r1);
+    else
+        return yuv::sub::rowAvx512<L, yuv::sub::Analog, O>(r0, r1);
+}
+// A decoder row: luma y, chroma u, v, destination channel pointers d, pixels.
+inline yuv::sub::Row decoderRow(const uint8_t* y, const uint8_t* u, const uint8_t* v, uint8_t* const* d, Len pixels) {
+    yuv::sub::Row r{};
+    r.y = y, r.cb = u, r.cr = v;
+    for (int c = 0; c < 3; ++c) r.d[c] = d[c];
+    r.width = r.blockEnd = int(pixels);
+    r.chromaWidth = int(pixels / 2);
+    return r;
+}
+
 // 4:4:4: R, G, B (a fourth when F says) in, Y, U, V out; and back.
 template <int SK, int SB, int DK, int F>
 void encode444(const uint8_t* const* s, uint8_t* const* d, Len n, uint8_t) {
@@ -197,7 +258,9 @@ void encode422(const uint8_t* const* s, uint8_t* const* d, Len n) {
     alignas(64) int R[kChunk], G[kChunk], B[kChunk], S[kChunk];
     alignas(64) uint8_t Y[kChunk], U[kChunk / 2], V[kChunk / 2];
     const Len pixels = n / 2 * 2;
-    for (Len i0 = 0; i0 < pixels; i0 += kChunk) {
+    const Len start = encodeVectors<EncLayout<SK, SB, yuv::enc::Sampling::Pair, DK>>(s, nullptr, d[0], nullptr, d[1],
+                                                                                     d[2], pixels);
+    for (Len i0 = start; i0 < pixels; i0 += kChunk) {
         const Len m = std::min(kChunk, pixels - i0), h = m / 2;
         loadRgb(in, i0, m, R, G, B);
         for (Len t = 0; t < m; ++t) S[t] = lumaSum(R[t], G[t], B[t]), Y[t] = uint8_t(S[t] >> 16);
@@ -222,7 +285,10 @@ template <int SK, int SB, int DK, int>
 void decode422(const uint8_t* const* s, uint8_t* const* d, Len n) {
     alignas(64) uint8_t Y[kChunk], U2[kChunk], V2[kChunk];
     const Len pixels = n / 2 * 2;
-    for (Len i0 = 0; i0 < pixels; i0 += kChunk) {
+    using L = std::conditional_t<SK == 2, yuv::sub::PkYCbCr, yuv::sub::Pl422>;
+    const yuv::sub::Row r = SK == 2 ? decoderRow(s[0], s[0] + 1, s[0] + 3, d, pixels)
+                                    : decoderRow(s[0], s[1], s[2], d, pixels);
+    for (Len i0 = decodeVectors<L, DK, false>(r, r); i0 < pixels; i0 += kChunk) {
         const Len m = std::min(kChunk, pixels - i0), h = m / 2;
         const uint8_t* y = Y;
         if constexpr (SK == 2) {
@@ -260,7 +326,9 @@ void encode420(const uint8_t* const* s0, const uint8_t* const* s1, uint8_t* cons
     const Side<SK, SB != 0> a(s0), b(s1);
     alignas(64) int R[2][kChunk], G[kChunk], B[2][kChunk], S[2][kChunk];
     alignas(64) uint8_t Y[kChunk], U[kChunk / 2], V[kChunk / 2];
-    for (Len i0 = 0; i0 < 2 * n; i0 += kChunk) {
+    const Len start = encodeVectors<EncLayout<SK, SB, yuv::enc::Sampling::Block, 1>>(s0, s1, d0[0], d1[0], d0[1],
+                                                                                      d0[2], 2 * n);
+    for (Len i0 = start; i0 < 2 * n; i0 += kChunk) {
         const Len m = std::min(kChunk, 2 * n - i0), h = m / 2;
         for (int r = 0; r < 2; ++r) {
             loadRgb(r ? b : a, i0, m, R[r], G, B[r]);
@@ -284,7 +352,9 @@ template <int, int, int DK, int DB>
 void decode420(const uint8_t* const* s0, const uint8_t* const* s1, uint8_t* const* d0, uint8_t* const* d1, Len n,
                uint8_t) {
     alignas(64) uint8_t U2[kChunk], V2[kChunk];
-    for (Len i0 = 0; i0 < 2 * n; i0 += kChunk) {
+    const Len start = decodeVectors<yuv::sub::Pl420, DK, DB != 0>(decoderRow(s0[0], s0[1], s0[2], d0, 2 * n),
+                                                                 decoderRow(s1[0], s0[1], s0[2], d1, 2 * n));
+    for (Len i0 = start; i0 < 2 * n; i0 += kChunk) {
         const Len m = std::min(kChunk, 2 * n - i0);
         doubled(s0[1] + i0 / 2, s0[2] + i0 / 2, m / 2, U2, V2);
         for (int row = 0; row < 2; ++row) decodeChunk<DK, DB != 0>((row ? s1 : s0)[0] + i0, U2, V2, row ? d1 : d0, i0, m);

@@ -21,7 +21,10 @@ namespace tpx::yuv::enc {
 // Under Rule::HalfSums (the BT.601 CbYCr 4:2:2 members) each pixel contributes
 // its weighted sum shifted right by one instead: C = (p0 + p1 + cOff) >> cShift.
 // limit() clamps to lo..hi; the studio-range results never reach 0 or 255, so
-// 0..255 makes it a no-op.
+// 0..255 makes it a no-op. Under Rule::Analog (the analog YUV rows) the sum
+// is an intermediate: t = (cR SR + cG SG + cB SB + cOff) >> 16, then
+// C = (t * m >> (cShift - 16)) + 128 clamped to 0..255, m = kAnalogCbScale
+// or kAnalogCrScale; luma is truncated (yOff 0).
 struct Arith {
     int32_t yR, yG, yB;
     int32_t yOff[2];  // even and odd pixel of a pair
@@ -56,13 +59,23 @@ inline constexpr Arith k709HdtvBlock{13959, 46858, 4719, {32768, 32768}, -7668, 
 inline constexpr Arith k709HdtvPair{13959, 46858, 4719, {32768, 32768}, -7668, -25821, 33489, 33489, -30409, -3080,
                                     16793600, 17, 1, 254};
 
+// The analog YUV weights: S = 19595 R + 38470 G + 7471 B; over a block the
+// chroma sums are (SB << 16) - SS and (SR << 16) - SS plus 65535 (pairs) or
+// 131071 (2 x 2 blocks), scaled by 0.492 and 0.877 in 16 fractional bits.
+inline constexpr int32_t kAnalogCbScale = 32244, kAnalogCrScale = 57475;
+inline constexpr Arith kAnalogPair{19595, 38470, 7471, {0, 0}, -19595, -38470, 58065, 46941, -38470, -7471,
+                                   65535, 17, 0, 255};
+inline constexpr Arith kAnalogBlock{19595, 38470, 7471, {0, 0}, -19595, -38470, 58065, 46941, -38470, -7471,
+                                    131071, 18, 0, 255};
+
 enum class Sampling { Pair, Block, Quad };  // 4:2:2, 4:2:0, 4:1:1
 enum class Out { Planes, TwoPlane, Packed };
 // Byte order of a packed 4:2:2 group.
 enum class Pack { None, YCbCr, YCrCb, CbYCr };
 // How chroma is formed: from the block sums; from halved per-pixel sums; from
-// the block sums with every byte limited to 1..254 (709HDTV).
-enum class Rule { Sums, HalfSums, Limited };
+// the block sums with every byte limited to 1..254 (709HDTV); analog YUV (the
+// shifted sums scaled once more, see Arith).
+enum class Rule { Sums, HalfSums, Limited, Analog };
 
 // A member's layout. SrcBytes is 3 or 4 for interleaved sources (R at byte
 // Bgr ? 2 : 0 of the pixel) and 0 for three source planes R, G, B sharing
@@ -123,6 +136,7 @@ inline uint8_t limit(int32_t v, const Arith& a) { return uint8_t(v < a.lo ? a.lo
 // Scalar conversion of the row group from pixel x0 to the last whole block.
 template <class L>
 void rowScalar(const Rows& r, const Arith& a, int x0) {
+    static_assert(L::rule != Rule::Analog, "the analog YUV rows keep their own scalar code");
     constexpr int bw = L::blockW, bh = L::blockH;
     for (std::ptrdiff_t x = x0; x + bw <= r.width; x += bw) {
         int32_t sr = 0, sg = 0, sb = 0, hcb = 0, hcr = 0;
@@ -217,6 +231,12 @@ using C3Rgb420TwoPlane = Layout<3, false, Sampling::Block, Out::TwoPlane>;
 using C4Rgb420TwoPlane = Layout<4, false, Sampling::Block, Out::TwoPlane>;
 using C3Bgr411Planes = Layout<3, true, Sampling::Quad, Out::Planes>;
 using C4Bgr411Planes = Layout<4, true, Sampling::Quad, Out::Planes>;
+using C3RgbAnalog422Packed = Layout<3, false, Sampling::Pair, Out::Packed, Pack::YCbCr, Rule::Analog>;
+using C3RgbAnalog422Planes = Layout<3, false, Sampling::Pair, Out::Planes, Pack::None, Rule::Analog>;
+using P3RgbAnalog422Planes = Layout<0, false, Sampling::Pair, Out::Planes, Pack::None, Rule::Analog>;
+using C3RgbAnalog420Planes = Layout<3, false, Sampling::Block, Out::Planes, Pack::None, Rule::Analog>;
+using C4BgrAnalog420Planes = Layout<4, true, Sampling::Block, Out::Planes, Pack::None, Rule::Analog>;
+using P3RgbAnalog420Planes = Layout<0, false, Sampling::Block, Out::Planes, Pack::None, Rule::Analog>;
 
 // Every member's layout has SIMD row functions.
 #define TPX_ENC_SIMD_LAYOUTS(X)                                                                         \
@@ -225,7 +245,8 @@ using C4Bgr411Planes = Layout<4, true, Sampling::Quad, Out::Planes>;
     X(C3Bgr422CbFirstLimited) X(C4Bgr422CbFirstLimited) X(C3Rgb422CbFirst) X(C3Rgb422CbFirstGamma)      \
     X(C3Bgr420Planes) X(C4Bgr420Planes) X(C4Bgr420PlanesLimited) X(C3Bgr420TwoPlane) X(C4Bgr420TwoPlane) \
     X(C3Rgb420Planes) X(C4Rgb420Planes) X(C3Rgb420TwoPlane) X(C4Rgb420TwoPlane) X(C3Bgr411Planes)       \
-    X(C4Bgr411Planes)
+    X(C4Bgr411Planes) X(C3RgbAnalog422Packed) X(C3RgbAnalog422Planes) X(P3RgbAnalog422Planes)             \
+    X(C3RgbAnalog420Planes) X(C4BgrAnalog420Planes) X(P3RgbAnalog420Planes)
 
 #define TPX_ENC_DECLARE_ROWS(L)                \
     template <>                                \

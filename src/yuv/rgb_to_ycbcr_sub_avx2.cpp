@@ -57,7 +57,13 @@ struct V256 {
     static T andv(T a, T b) { return _mm256_and_si256(a, b); }
     static T madd(T a, T b) { return _mm256_madd_epi16(a, b); }
     static T add16(T a, T b) { return _mm256_add_epi16(a, b); }
+    static T mulhi16(T a, T b) { return _mm256_mulhi_epi16(a, b); }
+    template <int N>
+    static T srai16(T v) {
+        return _mm256_srai_epi16(v, N);
+    }
     static T add32(T a, T b) { return _mm256_add_epi32(a, b); }
+    static T sub32(T a, T b) { return _mm256_sub_epi32(a, b); }
     static T swapPairs(T v) { return _mm256_shuffle_epi32(v, 0xB1); }
     static T swapHalves(T v) { return _mm256_shuffle_epi32(v, 0x4E); }
     static T packs32(T a, T b) { return _mm256_packs_epi32(a, b); }

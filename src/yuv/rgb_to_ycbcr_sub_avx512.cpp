@@ -70,7 +70,13 @@ struct V512 {
     static T andv(T a, T b) { return _mm512_and_si512(a, b); }
     static T madd(T a, T b) { return _mm512_madd_epi16(a, b); }
     static T add16(T a, T b) { return _mm512_add_epi16(a, b); }
+    static T mulhi16(T a, T b) { return _mm512_mulhi_epi16(a, b); }
+    template <int N>
+    static T srai16(T v) {
+        return _mm512_srai_epi16(v, N);
+    }
     static T add32(T a, T b) { return _mm512_add_epi32(a, b); }
+    static T sub32(T a, T b) { return _mm512_sub_epi32(a, b); }
     static T swapPairs(T v) { return _mm512_shuffle_epi32(v, _MM_PERM_CDAB); }
     static T swapHalves(T v) { return _mm512_shuffle_epi32(v, _MM_PERM_BADC); }
     static T packs32(T a, T b) { return _mm512_packs_epi32(a, b); }

@@ -78,6 +78,15 @@ int rowSimd(const Rows& rows, const Arith& a) {
     const T cHigh = V::set64(pair16(a.cbR - 1, a.cbB - 65536), pair16(a.crB - 1, a.crR - 65536));
     const T keepOrSwap = V::bcast(_mm_setr_epi8(2, 3, 0, 1, 4, 5, 6, 7, 10, 11, 8, 9, 12, 13, 14, 15));
     const T crossSwap = V::bcast(_mm_setr_epi8(6, 7, 4, 5, 0, 1, 2, 3, 14, 15, 12, 13, 8, 9, 10, 11));
+    // Analog: (SB << 16) in the even and (SR << 16) in the odd 32-bit lanes of
+    // the summed (B, R) words, less the block's luma sum SS (the pixels' sums
+    // S before their shift, added); then per 16-bit t, t * 32244 >> 16 for Cb and
+    // t * 57475 >> 16 = t + (t * (57475 - 65536) >> 16) for Cr as high
+    // products (exact: t fits in 11 bits), the remaining shift of 1 or 2 and
+    // the offset 128 in 16 bits.
+    const T sumHigh = V::bcast(_mm_setr_epi8(-1, -1, 0, 1, -1, -1, 6, 7, -1, -1, 8, 9, -1, -1, 14, 15));
+    const T analogScale = V::set32(pair16(kAnalogCbScale, kAnalogCrScale - 65536));
+    const T oddWords = V::set32(int32_t(0xFFFF0000u)), offset128 = V::set16(128);
     const T lowest = V::set16(int16_t(a.lo)), highest = V::set16(int16_t(a.hi));
     auto limit = [&](T w) { return L::rule == Rule::Limited ? V::min16(V::max16(w, lowest), highest) : w; };
     std::ptrdiff_t x = 0;
@@ -86,6 +95,7 @@ int rowSimd(const Rows& rows, const Arith& a) {
         T yv[bh][2], cv[2];
         for (int h = 0; h < 2; ++h) {
             T br[bh], gg[bh];
+            [[maybe_unused]] T ss{};  // analog: the luma sums of the rows, added
             for (int j = 0; j < bh; ++j) {
                 if constexpr (bpp == 0) {  // planes R, G, B
                     const int at = x + 4 * V::lanes * h;
@@ -99,7 +109,9 @@ int rowSimd(const Rows& rows, const Arith& a) {
                         br[j] = V::shuffle(q, mask[0][h]);
                     gg[j] = V::shuffle(q, mask[1][h]);
                 }
-                yv[j][h] = V::template srai<16>(V::add32(V::add32(V::madd(br[j], yBR), V::madd(gg[j], yGG)), yOff));
+                const T sum = V::add32(V::add32(V::madd(br[j], yBR), V::madd(gg[j], yGG)), yOff);
+                yv[j][h] = V::template srai<16>(sum);
+                if constexpr (L::rule == Rule::Analog) ss = j ? V::add32(ss, sum) : sum;
             }
             if constexpr (L::rule == Rule::HalfSums) {
                 // Pixel sums halved, then Cb0 + Cb1 in the even and Cr0 + Cr1 in the odd lanes.
@@ -120,7 +132,11 @@ int rowSimd(const Rows& rows, const Arith& a) {
                 cv[h] = V::template srai<cShift>(V::add32(V::add32(V::madd(sbr, cBR), V::madd(sgg, cGG)), cOff));
                 continue;
             }
-            if constexpr (L::rule == Rule::Limited) {
+            if constexpr (L::rule == Rule::Analog) {
+                sbr = V::add16(sbr, V::swapPairs(sbr));
+                ss = V::add32(ss, V::swapPairs(ss));
+                cv[h] = V::template srai<16>(V::add32(V::sub32(V::shuffle(sbr, sumHigh), ss), cOff));
+            } else if constexpr (L::rule == Rule::Limited) {
                 sbr = V::add16(V::shuffle(sbr, keepOrSwap), V::shuffle(sbr, crossSwap));
                 const T sum = V::add32(V::add32(V::madd(sbr, cHigh), V::madd(sgg, cGG)), sbr);
                 cv[h] = V::template srai<cShift>(V::add32(sum, cOff));
@@ -131,7 +147,11 @@ int rowSimd(const Rows& rows, const Arith& a) {
         }
         T yw[bh];
         for (int j = 0; j < bh; ++j) yw[j] = limit(V::packs32(yv[j][0], yv[j][1]));
-        const T c = limit(V::packs32(cv[0], cv[1]));  // Cb, Cr words of the blocks
+        T c = limit(V::packs32(cv[0], cv[1]));  // Cb, Cr words of the blocks
+        if constexpr (L::rule == Rule::Analog) {
+            const T scaled = V::add16(V::mulhi16(c, analogScale), V::andv(c, oddWords));
+            c = V::add16(V::template srai16<cShift - 16>(scaled), offset128);
+        }
         if constexpr (L::out == Out::Packed) {
             // Words Y0 C0 Y1 C1 (or C0 Y0 C1 Y1), C alternating Cb, Cr.
             constexpr bool yFirst = L::pack != Pack::CbYCr;

@@ -175,10 +175,26 @@ struct Reference709 {
     static Rgb pixel(const Row&, int, int y, int cb, int cr) { return decRef(y, cb, cr, M::ref); }
 };
 
+// Analog YUV (u = Cb - 128, v = Cr - 128): R = clamp(((Y << 16) + 74711 v)
+// >> 16), G = clamp(((Y << 16) - 25821 u - 38076 v) >> 16), B = clamp(((Y
+// << 16) + 133169 u) >> 16), without rounding terms. Its rows run their own
+// scalar code; the SIMD row functions serve them.
+struct Analog {
+    static constexpr bool simd = true;
+    static int simdEnd(const Row& r) { return r.width; }
+    static Rgb pixel(const Row&, int, int y, int cb, int cr) {
+        const int u = cb - 128, v = cr - 128;
+        return {clamp255(y + ((74711 * v) >> 16)), clamp255(y + ((-25821 * u - 38076 * v) >> 16)),
+                clamp255(y + ((133169 * u) >> 16))};
+    }
+};
+
 // ---- Destinations ----------------------------------------------------------
-template <bool Bgr, int Channels>
+// KeepFourth: four-byte pixels whose fourth byte stays as it is (the SIMD
+// rows read it back and store whole pixels).
+template <bool Bgr, int Channels, bool KeepFourth = false>
 struct Interleaved {
-    static constexpr bool bgr = Bgr, planes = false;
+    static constexpr bool bgr = Bgr, planes = false, keep = KeepFourth;
     static constexpr int channels = Channels;
     static void bind(Row& r, const Dst& d, int y) { r.d[0] = rowAt(d.p[0], d.step, y); }
     static void put(const Row& r, std::ptrdiff_t x, Rgb c) {
@@ -186,7 +202,7 @@ struct Interleaved {
         p[0] = Bgr ? c.b : c.r;
         p[1] = c.g;
         p[2] = Bgr ? c.r : c.b;
-        if (Channels == 4) p[3] = r.alpha;
+        if (Channels == 4 && !KeepFourth) p[3] = r.alpha;
     }
 };
 // Three full planes R, G, B sharing one step.
@@ -218,6 +234,7 @@ using RgbC3 = Interleaved<false, 3>;
 using RgbC4 = Interleaved<false, 4>;
 using BgrC3 = Interleaved<true, 3>;
 using BgrC4 = Interleaved<true, 4>;
+using RgbAC4 = Interleaved<false, 4, true>;
 
 // Every member that has SIMD row functions: X(layout, arithmetic, destination).
 #define TPX_DEC_SUB_SIMD_MEMBERS(X)                                                                     \
@@ -229,7 +246,9 @@ using BgrC4 = Interleaved<true, 4>;
     X(Pl420, Hdtv, BgrC4) X(Pl420Cr, Bt601, RgbC4) X(TpCbCr, Bt601, RgbC3) X(TpCbCr, Bt601, RgbC4)      \
     X(TpCbCr, Bt601, BgrC3) X(TpCbCr, Bt601, BgrC4) X(TpCrCb, Bt601, RgbC3) X(TpCrCb, Bt601, RgbC4)     \
     X(TpCrCb, Bt601, BgrC3) X(TpCrCb, Bt601, BgrC4) X(Pl411, Bt601, BgrC3) X(Pl411, Bt601, BgrC4)  \
-    X(Filter420, Bt601, BgrC4) X(PkCbYCr, Reference709<Hdtv709>, BgrC3) X(PkCbYCr, Reference709<Hdtv709>, BgrC4)
+    X(Filter420, Bt601, BgrC4) X(PkCbYCr, Reference709<Hdtv709>, BgrC3) X(PkCbYCr, Reference709<Hdtv709>, BgrC4) \
+    X(PkYCbCr, Analog, RgbC3) X(Pl422, Analog, RgbC3) X(Pl422, Analog, PlanesRgb) X(Pl420, Analog, RgbC3)          \
+    X(Pl420, Analog, BgrC3) X(Pl420, Analog, PlanesRgb) X(Pl422, Analog, RgbAC4) X(Pl420, Analog, RgbAC4)
 
 template <class L, class A, class O>
 int rowAvx2(const Row& first, const Row& second);

@@ -44,6 +44,7 @@
     static I mulhiU(I a, I b) { return P##_mulhi_epu16(a, b); }                    \
     static I mulhiS(I a, I b) { return P##_mulhi_epi16(a, b); }                    \
     static I mullo32(I a, I b) { return P##_mullo_epi32(a, b); }                   \
+    static I madd(I a, I b) { return P##_madd_epi16(a, b); }                       \
     template <int n> static I sll16(I a) { return P##_slli_epi16(a, n); }          \
     template <int n> static I srl16(I a) { return P##_srli_epi16(a, n); }          \
     template <int n> static I sra16(I a) { return P##_srai_epi16(a, n); }          \
@@ -265,6 +266,28 @@ struct Arith<V, Reference709<M>> {
     static I luma(I yHigh) { return V::template srl16<8>(yHigh); }
 };
 
+// Analog YUV: with Y << 16 exact, each channel is Y + floor(term / 65536):
+// R's term 74711 v is v + (9175 v >> 16) and B's 133169 u is 2u + (2097 u
+// >> 16) as signed high products; G's -25821 u - 38076 v is -v + ((-25821 u
+// + 27460 v) >> 16), one madd of the pairs (u, v). All per pair, in 16 bits.
+template <class V>
+struct Arith<V, Analog> {
+    using I = typename V::I;
+    static constexpr int shift = 0;
+    static Terms<V> terms(const Chroma<V>& c) {
+        const I u = V::sub(c.cb, V::set16(128)), v = V::sub(c.cr, V::set16(128));
+        const I kG = V::set32(int32_t(uint32_t(uint16_t(-25821)) | uint32_t(27460) << 16));
+        const I lo = V::template sra32<16>(V::madd(V::unpackLo16(u, v), kG));
+        const I hi = V::template sra32<16>(V::madd(V::unpackHi16(u, v), kG));
+        Terms<V> t;
+        widen<V>(V::add(v, V::mulhiS(v, V::set16(9175))), t.r);
+        widen<V>(V::sub(V::packs32(lo, hi), v), t.g);
+        widen<V>(V::add(V::add(u, u), V::mulhiS(u, V::set16(2097))), t.b);
+        return t;
+    }
+    static I luma(I yHigh) { return V::template srl16<8>(yHigh); }
+};
+
 template <class V, class A>
 inline Channels<V> apply(const Luma<V>& y, const Terms<V>& t) {
     const auto ya = Arith<V, A>::luma(y.a), yb = Arith<V, A>::luma(y.b);
@@ -293,10 +316,13 @@ inline void put(const Row& r, std::ptrdiff_t x, const Channels<V>& c) {
     } else {
         const auto first = O::bgr ? c.b : c.r, third = O::bgr ? c.r : c.b;
         typename V::I q[4];
-        interleave4<V>(first, c.g, third, V::set8(char(r.alpha)), q);
+        interleave4<V>(first, c.g, third, V::set8(char(O::keep ? 0 : r.alpha)), q);
         for (int i = 0; i < 4; ++i) {
-            if constexpr (O::channels == 4)
-                V::store(r.d[0] + 4 * x + i * V::N, q[i]);
+            uint8_t* p = r.d[0] + 4 * x + i * V::N;
+            if constexpr (O::channels == 4 && O::keep)
+                V::store(p, V::or_(q[i], V::and_(V::load(p), V::set32(int32_t(0xFF000000u)))));
+            else if constexpr (O::channels == 4)
+                V::store(p, q[i]);
             else
                 V::store3of4(r.d[0] + 3 * x + i * (3 * V::N / 4), q[i]);
         }
