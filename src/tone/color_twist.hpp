@@ -16,7 +16,7 @@ using blocks::Trio;
 
 #define TPX_TWIST_ROWS(X)                                                                                   \
     X(uint8_t, 3) X(uint8_t, 4) X(uint8_t, 1) X(uint16_t, 3) X(uint16_t, 4) X(uint16_t, 1) X(int16_t, 3)      \
-    X(int16_t, 4) X(int16_t, 1)
+    X(int16_t, 4) X(int16_t, 1) X(float, 3) X(float, 4) X(float, 1)
 
 namespace {
 
@@ -53,28 +53,6 @@ void rowC4(const void* const* sv, void* const* dv, Len n, const void* args) {
     }
 }
 
-// 32f: straight from pixels (K = 3; 4 with the fourth left as it is) or
-// planes (K = 1) to the same, without the staging of the block rows, which
-// costs more than the arithmetic here. Each pixel is read before it is
-// written and touches no other, so in place is the same.
-template <int K>
-void rowFloat(const void* const* sv, void* const* dv, Len n, const void* args) {
-    const Twist3::State st(args);
-    const float* s[3] = {static_cast<const float*>(sv[0]), static_cast<const float*>(sv[1]),
-                         static_cast<const float*>(sv[2])};
-    float* d[3] = {static_cast<float*>(dv[0]), static_cast<float*>(dv[1]), static_cast<float*>(dv[2])};
-    TPX_INDEPENDENT
-    for (Len p = 0; p < n; ++p) {
-        if constexpr (K == 1) {
-            const Trio o = Twist3::apply(st, s[0][p], s[1][p], s[2][p]);
-            d[0][p] = o.a, d[1][p] = o.b, d[2][p] = o.c;
-        } else {
-            const Trio o = Twist3::apply(st, s[0][K * p], s[0][K * p + 1], s[0][K * p + 2]);
-            d[0][K * p] = o.a, d[0][K * p + 1] = o.b, d[0][K * p + 2] = o.c;
-        }
-    }
-}
-
 }  // namespace
 
 // The rows of one tier: element type, elements per pixel (1: planes).
@@ -82,10 +60,10 @@ struct Rows {
 #define X(T, K) Row r_##T##_##K;
     TPX_TWIST_ROWS(X)
 #undef X
-    Row r_float_3, r_float_4, r_float_1, c4;
+    Row c4;
 };
 #define TPX_TWIST_ENTRY(T, K) blocks::row<T, T, K, K, 0, Twist3>,
-#define TPX_TWIST_TABLE {TPX_TWIST_ROWS(TPX_TWIST_ENTRY) rowFloat<3>, rowFloat<4>, rowFloat<1>, rowC4}
+#define TPX_TWIST_TABLE {TPX_TWIST_ROWS(TPX_TWIST_ENTRY) rowC4}
 extern const Rows kRowsAvx2, kRowsAvx512;
 
 }  // namespace tpx::twist
