@@ -20,13 +20,12 @@
 //
 // Rows read and write an interleaved image through its pointer and
 // compile-time channel offsets, a planar one through its planes, as plain
-// loops that analog_yuv_avx2.cpp and
-// analog_yuv_avx512.cpp compile for their instruction sets (the bodies have
-// internal linkage, so every file keeps its own). In those builds the
-// subsampled rows start with the vector row
+// loops that analog_yuv_avx2.cpp and analog_yuv_avx512.cpp compile for their
+// instruction sets (the bodies have internal linkage, so every file keeps its
+// own). In those builds the subsampled rows start with the vector row
 // functions of the YCbCr families under their analog arithmetic
-// (rgb_to_ycbcr_sub_simd.hpp, ycbcr_sub_to_rgb_simd.hpp), which give the
-// same bytes; the loops below finish the row.
+// (rgb_to_ycbcr_sub_simd.hpp, ycbcr_sub_to_rgb_simd.hpp), which give the same
+// bytes; the loops below finish the row.
 #pragma once
 
 #include "frame/image.hpp"
