@@ -22,14 +22,15 @@
 // compile-time channel offsets, a planar one through its planes, as plain
 // loops that analog_yuv_avx2.cpp and analog_yuv_avx512.cpp compile for their
 // instruction sets (the bodies have internal linkage, so every file keeps its
-// own). In those builds the subsampled rows start with the vector row
-// functions of the YCbCr families under their analog arithmetic
-// (rgb_to_ycbcr_sub_simd.hpp, ycbcr_sub_to_rgb_simd.hpp), which give the same
-// bytes; the loops below finish the row.
+// own). In those builds the rows start with the vector row functions of the
+// YCbCr families under the analog arithmetic (ycbcr444_simd.hpp for 4:4:4,
+// rgb_to_ycbcr_sub_simd.hpp and ycbcr_sub_to_rgb_simd.hpp for the subsampled
+// rows), which give the same bytes; the loops below finish the row.
 #pragma once
 
 #include "frame/image.hpp"
 #include "yuv/rgb_to_ycbcr_sub.hpp"
+#include "yuv/ycbcr444.hpp"
 #include "yuv/ycbcr_sub_to_rgb.hpp"
 
 #include <algorithm>
@@ -208,13 +209,38 @@ inline yuv::sub::Row decoderRow(const uint8_t* y, const uint8_t* u, const uint8_
     return r;
 }
 
+// Pixels [0, returned) of a 4:4:4 row by the vector rows of the YCbCr 4:4:4
+// family's analog arithmetic (ycbcr444_simd.hpp), which give the same bytes;
+// none for a source whose fourth channel is copied to a plane.
+template <bool Enc, int SK, int DK, int F>
+Len vectors444(const uint8_t* const* s, uint8_t* const* d, Len n, uint8_t alpha) {
+#if TPX_ANALOG_VECTOR_ROWS == 0
+    (void)s, (void)d, (void)n, (void)alpha;
+    return 0;
+#else
+#if TPX_ANALOG_VECTOR_ROWS == 1
+    namespace isa = yuv444::avx2;
+#else
+    namespace isa = yuv444::avx512;
+#endif
+    yuv444::Row r{};
+    for (int c = 0; c < 3; ++c) r.src[c] = SK == 1 ? s[c] : s[0], r.dst[c] = DK == 1 ? d[c] : d[0];
+    r.width = int(n), r.alpha = alpha;
+    if constexpr (F == kCopy) return 0;
+    else if constexpr (Enc) return (SK == 1 ? isa::analogEncodeP3 : SK == 4 ? isa::analogEncodeAC4
+                                    : DK == 1 ? isa::analogEncodeC3P3 : isa::analogEncodeC3)(r);
+    else return (SK == 4 ? isa::analogDecodeAC4 : SK == 1 ? (DK == 1 ? isa::analogDecodeP3 : isa::analogDecodeP3C3)
+                 : DK == 4 ? isa::analogDecodeC3C4 : isa::analogDecodeC3)(r);
+#endif
+}
+
 // 4:4:4: R, G, B (a fourth when F says) in, Y, U, V out; and back.
 template <int SK, int SB, int DK, int F>
 void encode444(const uint8_t* const* s, uint8_t* const* d, Len n, uint8_t) {
     const Side<SK, SB != 0> in(s);
     const Out<DK, false> out(d);
     TPX_INDEPENDENT
-    for (Len i = 0; i < n; ++i) {
+    for (Len i = vectors444<true, SK, DK, F>(s, d, n, 0); i < n; ++i) {
         const int R = in.get(i, 0), G = in.get(i, 1), B = in.get(i, 2), S = lumaSum(R, G, B);
         out.template put3<F>(i, (S + 32768) >> 16, ((((B << 16) - S + 32768) >> 16) * 32244 >> 16) + 128,
                              clamp255(((((R << 16) - S + 32768) >> 16) * 57475 >> 16) + 128));
@@ -237,7 +263,12 @@ void decodePixels(const uint8_t* const* s, uint8_t* const* d, Len n, uint8_t alp
 }
 template <int SK, int SB, int DK, int F>
 void decode444(const uint8_t* const* s, uint8_t* const* d, Len n, uint8_t alpha) {
-    decodePixels<SK, SB != 0, DK, false, F, true>(s, d, n, alpha);
+    const Len done = vectors444<false, SK, DK, F>(s, d, n, alpha);
+    const uint8_t* in[4];
+    uint8_t* out[4];
+    for (int c = 0; c < 4; ++c) in[c] = SK == 1 ? (s[c] ? s[c] + done : nullptr) : c == 0 ? s[0] + SK * done : nullptr;
+    advance<DK>(d, done, out);
+    decodePixels<SK, SB != 0, DK, false, F, true>(in, out, n - done, alpha);
 }
 
 // Pixels [i0, i0 + m) of a destination row from luma y and the doubled

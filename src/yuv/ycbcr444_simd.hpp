@@ -83,9 +83,14 @@ template <int N> V sar16(V a) { return _mm512_srai_epi16(a, N); }
 inline V mulhi16(V a, V b) { return _mm512_mulhi_epi16(a, b); }
 inline V mulhrs16(V a, V b) { return _mm512_mulhrs_epi16(a, b); }
 inline V madd16(V a, V b) { return _mm512_madd_epi16(a, b); }
+inline V maddubs16(V a, V b) { return _mm512_maddubs_epi16(a, b); }
+inline V cmpeq16(V a, V b) { return _mm512_movm_epi16(_mm512_cmpeq_epi16_mask(a, b)); }
 inline V add32(V a, V b) { return _mm512_add_epi32(a, b); }
+inline V andV(V a, V b) { return _mm512_and_si512(a, b); }
 template <int N> V shr32(V a) { return _mm512_maskz_srli_epi32(0xFFFF, a, N); }
+template <int N> V sar32(V a) { return _mm512_maskz_srai_epi32(0xFFFF, a, N); }
 inline V packus32(V a, V b) { return _mm512_packus_epi32(a, b); }
+inline V packs32(V a, V b) { return _mm512_packs_epi32(a, b); }
 inline V packus16(V a, V b) { return _mm512_packus_epi16(a, b); }
 inline V packs16(V a, V b) { return _mm512_packs_epi16(a, b); }
 inline V add8(V a, V b) { return _mm512_add_epi8(a, b); }
@@ -133,9 +138,14 @@ template <int N> V sar16(V a) { return _mm256_srai_epi16(a, N); }
 inline V mulhi16(V a, V b) { return _mm256_mulhi_epi16(a, b); }
 inline V mulhrs16(V a, V b) { return _mm256_mulhrs_epi16(a, b); }
 inline V madd16(V a, V b) { return _mm256_madd_epi16(a, b); }
+inline V maddubs16(V a, V b) { return _mm256_maddubs_epi16(a, b); }
+inline V cmpeq16(V a, V b) { return _mm256_cmpeq_epi16(a, b); }
 inline V add32(V a, V b) { return _mm256_add_epi32(a, b); }
+inline V andV(V a, V b) { return _mm256_and_si256(a, b); }
 template <int N> V shr32(V a) { return _mm256_srli_epi32(a, N); }
+template <int N> V sar32(V a) { return _mm256_srai_epi32(a, N); }
 inline V packus32(V a, V b) { return _mm256_packus_epi32(a, b); }
+inline V packs32(V a, V b) { return _mm256_packs_epi32(a, b); }
 inline V packus16(V a, V b) { return _mm256_packus_epi16(a, b); }
 inline V packs16(V a, V b) { return _mm256_packs_epi16(a, b); }
 inline V add8(V a, V b) { return _mm256_add_epi8(a, b); }
@@ -459,35 +469,105 @@ inline void prefetchDestination(const Row& r, std::ptrdiff_t x) {
     }
 }
 
-template <Pack S, Pack D, bool Bgr, bool Bt709>
-int decodeRows(const Row& row) {
+// The decoder loop: `half(w, out, h)` turns the 16-bit channels w of one half
+// of kStep pixels into the three 16-bit results out[c][h], which are packed
+// to bytes with saturation and stored (interleaved 3-byte sources arrive in
+// lane-split order, 4-byte destinations take group order).
+template <Pack S, Pack D, bool Bgr, class Half>
+int decodeWith(const Row& row, Half half) {
     const Row r = row;  // a local copy: the stores below cannot change it
-    static constexpr yuv::BlockCoeffs k = Bt709 ? yuv::kBlock709Csc : yuv::kBlock601;
-    static constexpr bool cbHalf = k.cbToG % 2 == 0 && k.cbToB % 2 == 0;
-    static constexpr bool crHalf = k.crToR % 2 == 0 && k.crToG % 2 == 0;
     static constexpr bool kFlip[3] = {false, true, true};
-    const V black = set16(k.lumaOffset * 128), round4 = set16(2048), luma = set16(k.luma);
-    const V crR = set16(crHalf ? k.crToR / 2 : k.crToR), crG = set16(crHalf ? k.crToG / 2 : k.crToG);
-    const V cbG = set16(cbHalf ? k.cbToG / 2 : k.cbToG), cbB = set16(cbHalf ? k.cbToB / 2 : k.cbToB);
     std::ptrdiff_t x = 0;
     for (; x <= r.width - kStep; x += kStep) {
         const Wide in = loadWide<S, D == Pack::C4 || D == Pack::AC4>(r, x, kFlip);
         V out[3][2];
-        for (int h = 0; h < 2; ++h) {
-            const V* w = h ? in.hi : in.lo;
-            const V cb = cbHalf ? w[1] : sar16<1>(w[1]);
-            const V cr = crHalf ? w[2] : sar16<1>(w[2]);
-            const V yl = mulhi16(sub16(shr16<1>(w[0]), black), luma);
-            out[0][h] = mulhrs16(add16(yl, mulhi16(cr, crR)), round4);
-            out[1][h] = mulhrs16(sub16(yl, add16(mulhi16(cb, cbG), mulhi16(cr, crG))), round4);
-            out[2][h] = mulhrs16(add16(yl, mulhi16(cb, cbB)), round4);
-        }
-        const V red = packus16(out[0][0], out[0][1]), green = packus16(out[1][0], out[1][1]),
-                blue = packus16(out[2][0], out[2][1]);
+        for (int h = 0; h < 2; ++h) half(h ? in.hi : in.lo, out, h);
+        auto pack = [&](int c) {
+            const V q = packus16(out[c][0], out[c][1]);
+            return S == Pack::C3 && D == Pack::C4 ? toGroups(q) : q;
+        };
         prefetchDestination<D>(r, x);
-        storeTri<D>(r, x, Bgr ? Tri{{blue, green, red}} : Tri{{red, green, blue}});
+        storeTri<D>(r, x, Bgr ? Tri{{pack(2), pack(1), pack(0)}} : Tri{{pack(0), pack(1), pack(2)}});
     }
     return int(x);
+}
+
+template <Pack S, Pack D, bool Bgr, bool Bt709>
+int decodeRows(const Row& row) {
+    static constexpr yuv::BlockCoeffs k = Bt709 ? yuv::kBlock709Csc : yuv::kBlock601;
+    static constexpr bool cbHalf = k.cbToG % 2 == 0 && k.cbToB % 2 == 0;
+    static constexpr bool crHalf = k.crToR % 2 == 0 && k.crToG % 2 == 0;
+    const V black = set16(k.lumaOffset * 128), round4 = set16(2048), luma = set16(k.luma);
+    const V crR = set16(crHalf ? k.crToR / 2 : k.crToR), crG = set16(crHalf ? k.crToG / 2 : k.crToG);
+    const V cbG = set16(cbHalf ? k.cbToG / 2 : k.cbToG), cbB = set16(cbHalf ? k.cbToB / 2 : k.cbToB);
+    return decodeWith<S, D, Bgr>(row, [&](const V* w, V (&out)[3][2], int h) {
+        const V cb = cbHalf ? w[1] : sar16<1>(w[1]);
+        const V cr = crHalf ? w[2] : sar16<1>(w[2]);
+        const V yl = mulhi16(sub16(shr16<1>(w[0]), black), luma);
+        out[0][h] = mulhrs16(add16(yl, mulhi16(cr, crR)), round4);
+        out[1][h] = mulhrs16(sub16(yl, add16(mulhi16(cb, cbG), mulhi16(cr, crG))), round4);
+        out[2][h] = mulhrs16(add16(yl, mulhi16(cb, cbB)), round4);
+    });
+}
+
+// ---- Analog YUV 4:4:4 ---------------------------------------------------------
+// Encoder, exact in 16-bit elements. With S = 19595 R + 38470 G + 7471 B
+// split by bytes of the weights into S = 256 H + L, H = 76 R + 150 G + 29 B
+// and L = 139 R + 70 G + 47 B (both within 0..65280), each sum is two
+// unsigned-by-signed byte multiply-adds that never saturate: H = (R,G).(76,51)
+// + (B,G).(29,99), L = (R,G).(58,70) + (R,B).(81,47). Then T = H + (L >> 8)
+// + 128 gives S + 32768 = 256 T + (L & 255), so Y = T >> 8, and the
+// remainder of (S + 32768) / 65536 is zero exactly when the low bytes of T
+// and L are. The chroma sums reduce to tU = ((B << 16) + 32768 - S) >> 16 =
+// B - Y + [that remainder is zero], tV the same with R; after them U = (tU *
+// 32244 >> 16) + 128 is a signed high multiply and V = (tV * 57475 >> 16) +
+// 128 the high multiply by 57475 - 65536 plus tV; the pack to bytes
+// saturates V.
+template <Pack S, Pack D>
+int encodeAnalogRows(const Row& row) {
+    const Row r = row;  // a local copy: the stores below cannot change it
+    const V h1 = set16(76 | 51 << 8), h2 = set16(29 | 99 << 8), l1 = set16(58 | 70 << 8), l2 = set16(81 | 47 << 8);
+    const V low = set16(0xFF), half = set16(128), ku = set16(32244), kv = set16(57475 - 65536), z = zero();
+    std::ptrdiff_t x = 0;
+    for (; x <= r.width - kStep; x += kStep) {
+        const Tri t = loadTri<S>(r, x);  // AC4 sources in group order
+        V out[3][2];
+        for (int h = 0; h < 2; ++h) {
+            // Byte pairs (R,G), (B,G), (R,B) of pixels 0-7 (h = 0) or 8-15 of each lane.
+            const V rg = h ? hi8(t.c[0], t.c[1]) : lo8(t.c[0], t.c[1]), bg = h ? hi8(t.c[2], t.c[1]) : lo8(t.c[2], t.c[1]),
+                    rb = h ? hi8(t.c[0], t.c[2]) : lo8(t.c[0], t.c[2]);
+            const V hs = add16(maddubs16(rg, h1), maddubs16(bg, h2)), l = add16(maddubs16(rg, l1), maddubs16(rb, l2));
+            const V sum = add16(add16(hs, shr16<8>(l)), half), y = shr16<8>(sum);
+            const V yf = add16(y, cmpeq16(andV(orV(sum, l), low), z));  // Y less one where the remainder is zero
+            const V tu = sub16(shr16<8>(rb), yf), tv = sub16(andV(rb, low), yf);
+            out[0][h] = y;
+            out[1][h] = add16(mulhi16(tu, ku), half);
+            out[2][h] = add16(add16(mulhi16(tv, kv), tv), half);
+        }
+        auto order = [](V q) { return S == Pack::AC4 && D == Pack::P3 ? fromGroups(q) : q; };
+        storeTri<D>(r, x, {{order(packus16(out[0][0], out[0][1])), order(packus16(out[1][0], out[1][1])),
+                            order(packus16(out[2][0], out[2][1]))}});
+    }
+    return int(x);
+}
+
+// Decoder in 16-bit elements, u = U - 128 and v = V - 128 arriving as u << 8
+// and v << 8 (the flipped bytes in the upper half). With 74711 = 65536 + 9175,
+// R = Y + v + ((hi(v << 8, 9175) + 128) >> 8), since the high multiply is
+// floor(9175 v / 256) and floor((floor(x / 256) + 128) / 256) = floor((x +
+// 32768) / 65536); B = Y + 2u + ((hi(u << 8, 2097) + 128) >> 8) with 133169 =
+// 2 * 65536 + 2097; G = Y - v + ((u,v).(-25821,27460) >> 16) by a 32-bit
+// multiply-add, -38076 being -65536 + 27460. The pack to bytes saturates.
+template <Pack S, Pack D>
+int decodeAnalogRows(const Row& row) {
+    const V half = set16(128), kr = set16(9175), kb = set16(2097), kg = pair16(-25821, 27460);
+    return decodeWith<S, D, false>(row, [&](const V* w, V (&out)[3][2], int h) {
+        const V y = shr16<8>(w[0]), u = sar16<8>(w[1]), v = sar16<8>(w[2]);
+        const V g = packs32(sar32<16>(madd16(lo16(u, v), kg)), sar32<16>(madd16(hi16(u, v), kg)));
+        out[0][h] = add16(add16(y, v), sar16<8>(add16(mulhi16(w[2], kr), half)));
+        out[1][h] = add16(sub16(y, v), g);
+        out[2][h] = add16(add16(y, add16(u, u)), sar16<8>(add16(mulhi16(w[1], kb), half)));
+    });
 }
 
 }  // namespace
@@ -504,6 +584,15 @@ int decodeP3C3Bgr(const Row& r) { return decodeRows<Pack::P3, Pack::C3, true, fa
 int decode709P3C3Bgr(const Row& r) { return decodeRows<Pack::P3, Pack::C3, true, true>(r); }
 int encodeAC4(const Row& r) { return encodeRefRows<Pack::AC4, Pack::AC4>(r); }
 int decodeAC4(const Row& r) { return decodeRows<Pack::AC4, Pack::AC4, false, false>(r); }
+int analogEncodeC3(const Row& r) { return encodeAnalogRows<Pack::C3, Pack::C3>(r); }
+int analogEncodeAC4(const Row& r) { return encodeAnalogRows<Pack::AC4, Pack::AC4>(r); }
+int analogEncodeC3P3(const Row& r) { return encodeAnalogRows<Pack::C3, Pack::P3>(r); }
+int analogEncodeP3(const Row& r) { return encodeAnalogRows<Pack::P3, Pack::P3>(r); }
+int analogDecodeC3(const Row& r) { return decodeAnalogRows<Pack::C3, Pack::C3>(r); }
+int analogDecodeAC4(const Row& r) { return decodeAnalogRows<Pack::AC4, Pack::AC4>(r); }
+int analogDecodeC3C4(const Row& r) { return decodeAnalogRows<Pack::C3, Pack::C4>(r); }
+int analogDecodeP3C3(const Row& r) { return decodeAnalogRows<Pack::P3, Pack::C3>(r); }
+int analogDecodeP3(const Row& r) { return decodeAnalogRows<Pack::P3, Pack::P3>(r); }
 #if !defined(__AVX512BW__)
 int decodeP3C4Rgb(const Row& r) { return decodeRows<Pack::P3, Pack::C4, false, false>(r); }
 int decodeP3C4Bgr(const Row& r) { return decodeRows<Pack::P3, Pack::C4, true, false>(r); }

@@ -213,10 +213,11 @@ TEST(YCoCgYuv, EveryMemberMatchesModel) {
     });
 }
 
-// One pixel (a 2 x 2 image of it) through a member: its destination samples.
+// One pixel (a 64 x 2 image of it, so that vector rows take it) through a
+// member: its destination samples.
 std::vector<int64_t> onePixel(const char* name, std::vector<double> values) {
     const Export& e = *findExport(name);
-    Buffers b = imageOf(e, 2, 2, 3, [&](int c, int64_t, int64_t) { return values[size_t(c)]; });
+    Buffers b = imageOf(e, 64, 2, 3, [&](int c, int64_t, int64_t) { return values[size_t(c)]; });
     EXPECT_GE(e.call(b.args), 0) << name;
     std::vector<int64_t> got;
     for (int k = 0; k < 3; ++k) got.push_back(int64_t(sampleAt(e, b.args, true, 0, 0, k)));
@@ -236,6 +237,9 @@ TEST(YCoCgYuv, StatedValues) {
     EXPECT_EQ(onePixel("tpxiRGBToYUV_8u_C3R", {255, 255, 255}), (V{255, 128, 128}));
     EXPECT_EQ(onePixel("tpxiRGBToYUV_8u_C3R", {255, 0, 0}).at(0), 76);
     EXPECT_EQ(onePixel("tpxiRGBToYUV_8u_C3R", {255, 0, 0}).at(2), 255);
+    // R 1, G 53, B 185: S + 32768 = 53 * 65536 exactly, so both chroma
+    // differences gain one: U = (133 * 32244 >> 16) + 128, V = (-51 * 57475 >> 16) + 128.
+    EXPECT_EQ(onePixel("tpxiRGBToYUV_8u_C3R", {1, 53, 185}), (V{53, 193, 83}));
     EXPECT_EQ(onePixel("tpxiYUVToRGB_8u_C3R", {255, 255, 255}), (V{255, 131, 255}));
     EXPECT_EQ(onePixel("tpxiYUVToRGB_8u_C3R", {0, 128, 128}), (V{0, 0, 0}));
     // 4:2:0 encoder: four pixels (0, 199, 74) have weighted sums of exactly
