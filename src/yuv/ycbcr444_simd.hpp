@@ -556,17 +556,18 @@ int encodeAnalogRows(const Row& row) {
 // R = Y + v + ((hi(v << 8, 9175) + 128) >> 8), since the high multiply is
 // floor(9175 v / 256) and floor((floor(x / 256) + 128) / 256) = floor((x +
 // 32768) / 65536); B = Y + 2u + ((hi(u << 8, 2097) + 128) >> 8) with 133169 =
-// 2 * 65536 + 2097; G = Y - v + ((u,v).(-25821,27460) >> 16) by a 32-bit
-// multiply-add, -38076 being -65536 + 27460. The pack to bytes saturates.
+// 2 * 65536 + 2097; (p + 128) >> 8 is the rounding multiply of p by 128.
+// G = Y - v + ((u,v).(-25821,27460) >> 16) by a 32-bit multiply-add, -38076
+// being -65536 + 27460. The pack to bytes saturates.
 template <Pack S, Pack D>
 int decodeAnalogRows(const Row& row) {
     const V half = set16(128), kr = set16(9175), kb = set16(2097), kg = pair16(-25821, 27460);
     return decodeWith<S, D, false>(row, [&](const V* w, V (&out)[3][2], int h) {
         const V y = shr16<8>(w[0]), u = sar16<8>(w[1]), v = sar16<8>(w[2]);
         const V g = packs32(sar32<16>(madd16(lo16(u, v), kg)), sar32<16>(madd16(hi16(u, v), kg)));
-        out[0][h] = add16(add16(y, v), sar16<8>(add16(mulhi16(w[2], kr), half)));
+        out[0][h] = add16(add16(y, v), mulhrs16(mulhi16(w[2], kr), half));
         out[1][h] = add16(sub16(y, v), g);
-        out[2][h] = add16(add16(y, add16(u, u)), sar16<8>(add16(mulhi16(w[1], kb), half)));
+        out[2][h] = add16(add16(y, add16(u, u)), mulhrs16(mulhi16(w[1], kb), half));
     });
 }
 
