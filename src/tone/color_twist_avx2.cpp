@@ -1,6 +1,7 @@
-// Colour twist rows compiled for AVX2 (bodies in color_twist.hpp).
-#include "tone/color_twist.hpp"
+// Colour twist rows compiled for AVX2: the 8u rows by hand
+// (color_twist_simd.hpp), the others from the bodies in color_twist.hpp.
+#include "tone/color_twist_simd.hpp"
 
 namespace tpx::twist {
-const Rows kRowsAvx2 = TPX_TWIST_TABLE;
+const Rows kRowsAvx2 = TPX_TWIST_VECTOR_TABLE;
 }

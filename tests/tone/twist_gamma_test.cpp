@@ -91,13 +91,15 @@ TEST(TwistGamma, StatedValues) {
     Tpx16s o16[3];
     ASSERT_EQ(tpxiColorTwist32f_16s_C3R(s16, 6, o16, 6, {1, 1}, identity), tpxStatusOk);
     EXPECT_EQ(0, std::memcmp(s16, o16, sizeof s16));
-    // Constants of +-300 saturate 8u.
-    const Tpx8u px[3] = {10, 128, 250};
-    for (float k : {300.0f, -300.0f}) {
+    // Constants of +-300 saturate 8u, also beyond the 32-bit range; NaN stores
+    // 0 (64 pixels, so that vector rows take them).
+    Tpx8u px[64 * 3];
+    for (int i = 0; i < 64 * 3; ++i) px[i] = Tpx8u(i * 37);
+    for (float k : {300.0f, -300.0f, 3e9f, -3e9f, NAN}) {
         const float m[3][4] = {{1, 0, 0, k}, {0, 1, 0, k}, {0, 0, 1, k}};
-        Tpx8u out[3];
-        ASSERT_EQ(tpxiColorTwist32f_8u_C3R(px, 3, out, 3, {1, 1}, m), tpxStatusOk);
-        for (Tpx8u v : out) EXPECT_EQ(v, k > 0 ? 255 : 0);
+        Tpx8u out[64 * 3];
+        ASSERT_EQ(tpxiColorTwist32f_8u_C3R(px, 64 * 3, out, 64 * 3, {64, 1}, m), tpxStatusOk);
+        for (Tpx8u v : out) ASSERT_EQ(v, k > 0 ? 255 : 0) << k;
     }
     // 2.5 rounds to 2 and 3.5 to 4 under a truncating caller mode, which is kept.
     const float half[3][4] = {{0, 0, 0, 2.5f}, {0, 0, 0, 3.5f}, {0, 0, 0, 2.5f}};
