@@ -192,6 +192,18 @@ void toPacked(const Image& src, const Image& dst, int W, int H) {
     constexpr Layout S = SL::value, D = DL::value;
     const Rows& k = rows();
     const bool yOdd = D.y0 == 1, cbFirst = D.cb < D.cr;
+    // Two-plane chroma pairs in the destination's chroma order, with a row
+    // for every row (or every two): the packed row is luma and the pair row
+    // interleaved byte by byte.
+    if constexpr (S.form == Form::P2 && (R == Rule::Same || R == Rule::RepeatRows) && S.hsub == 2) {
+        if (cbFirst == !S.crFirst) {
+            for (int y = 0; y < H; ++y) {
+                const uint8_t *luma = src.row(0, y), *pairs = src.row(1, R == Rule::RepeatRows ? y / 2 : y);
+                k.merge2(yOdd ? pairs : luma, yOdd ? luma : pairs, W, dst.row(0, y));
+            }
+            return;
+        }
+    }
     alignas(64) uint8_t scratch[12][kChunk];
     alignas(64) uint8_t c[2][kChunk];
     for (int y = 0; y < H; ++y)
