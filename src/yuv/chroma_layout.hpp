@@ -150,6 +150,17 @@ void fromPacked(const Image& src, const Image& dst, int W, int H) {
     const Rows& k = rows();
     const bool yOdd = S.y0 == 1, cbFirst = S.cb < S.cr;
     constexpr bool direct = D.form == Form::P3 && (R == Rule::Same || R == Rule::EvenRows);
+    // Two-plane 4:2:0 destinations in the source's chroma order: the packed
+    // row's bytes split into luma and (on chroma rows) the pair row.
+    if constexpr (D.form == Form::P2 && R == Rule::EvenRows && D.hsub == 2) {
+        if (cbFirst == !D.crFirst) {
+            for (int y = 0; y < H; ++y) {
+                uint8_t *luma = dst.row(0, y), *pairs = y % 2 == 0 ? dst.row(1, y / 2) : nullptr;
+                k.split2(src.row(0, y), W, yOdd ? pairs : luma, yOdd ? luma : pairs);
+            }
+            return;
+        }
+    }
     alignas(64) uint8_t c[2][kChunk / 2], sel[2][kChunk / 4];
     for (int y = 0; y < H; ++y) {
         const uint8_t* s = src.row(0, y);
