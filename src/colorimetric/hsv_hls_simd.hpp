@@ -6,20 +6,18 @@
 // the bytes of the scalar rows; the other members keep the block rows.
 //
 // What V supplies: F (kN floats), I (the same bits as integers), M (the
-// result of a comparison); set1, add, sub, mul, div, fma, floor, nearest
-// (the current rounding, as nearbyint), maxOf and minOf (std::max and
-// std::min, operand order and all), cmp<predicate>, sel(m, yes, no), mand,
-// mor; toF, toI (current rounding), clamp255, or3 (three 0..255 integers as
-// the bytes 0, 1 and 2 of each element); the byte shuffles and shifts within
-// 128-bit lanes (shuffle8, alignr, bsrli, bslli, orI, lanes16); chunks and
-// storeChunks (16 bytes per lane, lane j at p + 48 j); load3 and store3 (kN
-// three-float pixels split into channels and back).
+// result of a comparison); the members of TPX_HLS_VECTOR_OPS below; floor,
+// cmp<predicate>, sel(m, yes, no), mor, blend<bits>(a, b) (b where the bit is
+// set) and permute(v, places) (element i from place i); the byte work within
+// 128-bit lanes: orI, lanes16 (16 bytes in every lane), chunks and
+// storeChunks (16 bytes per lane, lane j at p + 48 j).
 #pragma once
 
 #include "colorimetric/hsv_hls_ycc.hpp"
 
 #include <immintrin.h>
 
+#include <array>
 #include <cstdint>
 #include <cstring>
 
@@ -38,6 +36,7 @@
     static F minOf(F a, F b) { return P##_min_ps(b, a); }                                         \
     static F toF(I v) { return P##_cvtepi32_ps(v); }                                              \
     static I toI(F v) { return P##_cvtps_epi32(v); }                                              \
+    static I truncI(F v) { return P##_cvttps_epi32(v); }                                          \
     static I shuffle8(I a, I c) { return P##_shuffle_epi8(a, c); }                                \
     template <int K>                                                                              \
     static I alignr(I hi, I lo) { return P##_alignr_epi8(hi, lo, K); }                            \
@@ -45,8 +44,10 @@
     static I bsrli(I a) { return P##_bsrli_epi128(a, K); }                                        \
     template <int K>                                                                              \
     static I bslli(I a) { return P##_bslli_epi128(a, K); }                                        \
-    static I clamp255(I v) { return P##_min_epi32(P##_max_epi32(v, P##_set1_epi32(0)), P##_set1_epi32(255)); } \
-    static I or3(I a, I b, I c) { return orI(orI(a, P##_slli_epi32(b, 8)), P##_slli_epi32(c, 16)); }
+    static I packs32(I a, I b) { return P##_packs_epi32(a, b); }                                  \
+    static I packus16(I a, I b) { return P##_packus_epi16(a, b); }                                \
+    static F load(const float* p) { return P##_loadu_ps(p); }                                     \
+    static void store(float* p, F v) { P##_storeu_ps(p, v); }
 
 namespace tpx::hls::simd {
 namespace {
@@ -69,10 +70,12 @@ struct ToHsv8 {
         h = V::sel(V::template cmp<_CMP_GE_OQ>(B, V::maxOf(R, G)), V::sub(V::add(V::set1(4.0f), cg), cr), h);
         h = V::sel(V::template cmp<_CMP_LT_OQ>(V::add(h, V::set1(1.1920929e-7f)), zero), V::add(h, V::set1(6.0f)), h);
         const F half = V::set1(0.5f);
-        const F S = V::floor(V::add(V::div(V::mul(d, V::set1(255.0f)), V::sel(grey, one, mx)), half));
-        const F H = V::floor(V::add(V::mul(h, V::set1(42.5f)), half));
+        // S and H before their floor(), which codes() takes: both are at least 0.
+        const F S = V::add(V::div(V::mul(d, V::set1(255.0f)), V::sel(grey, one, mx)), half);
+        const F H = V::add(V::mul(h, V::set1(42.5f)), half);
         a = V::sel(grey, zero, H), b = V::sel(grey, zero, S), c = mx;
     }
+    static typename V::I codes(F x) { return V::truncI(x); }
 };
 
 template <class V>
@@ -85,7 +88,9 @@ struct FromHsv8 {
                            V::mul(V::mul(H, V::set1(0.016666668f)), V::set1(1.4117647f)));
         const F i = V::floor(h), f = V::sub(h, i), s = V::mul(S, V::set1(0.003921569f));
         const F sV = V::mul(s, Vc), sVf = V::mul(sV, f), VsV = V::sub(Vc, sV);
-        const F p = V::nearest(VsV), q = V::nearest(V::sub(Vc, sVf)), t = V::nearest(V::add(VsV, sVf));
+        // p, q and t before their nearbyint(), which codes() applies as the
+        // selected value becomes an integer (V is one already).
+        const F p = VsV, q = V::sub(Vc, sVf), t = V::add(VsV, sVf);
         const auto i0 = is(i, 0.0f), i1 = is(i, 1.0f), i2 = is(i, 2.0f), i3 = is(i, 3.0f), i4 = is(i, 4.0f),
                    i5 = is(i, 5.0f);
         // Sectors 0..5 as (r, g, b): (V t p) (q V p) (p V t) (p q V) (t p V) (V p q);
@@ -93,9 +98,11 @@ struct FromHsv8 {
         const F r = V::sel(i1, q, V::sel(V::mor(i2, i3), p, V::sel(i4, t, Vc)));
         const F g = V::sel(i0, t, V::sel(i3, q, V::sel(V::mor(i4, i5), p, Vc)));
         const F bl = V::sel(V::mor(i0, i1), p, V::sel(i2, t, V::sel(i5, q, Vc)));
-        const auto grey = V::template cmp<_CMP_EQ_OQ>(S, V::set1(0.0f));
-        a = V::sel(grey, Vc, r), b = V::sel(grey, Vc, g), c = V::sel(grey, Vc, bl);
+        // S = 0 needs no test of its own: s, sV and sVf are 0, and p, q and t
+        // the whole number V.
+        a = r, b = g, c = bl;
     }
+    static typename V::I codes(F x) { return V::toI(x); }
 };
 
 template <class V>
@@ -160,6 +167,7 @@ struct ToHls8 {
         const F k = V::set1(255.0f);
         a = V::mul(a, k), b = V::mul(b, k), c = V::mul(c, k);
     }
+    static typename V::I codes(F x) { return V::toI(x); }
 };
 
 // ---- Rows ---------------------------------------------------------------------------------
@@ -177,31 +185,89 @@ void block8u(const uint8_t* s, uint8_t* d) {
     using F = typename V::F;
     const I y0 = V::chunks(s), y1 = V::chunks(s + 16), y2 = V::chunks(s + 32);
     const I quad[4] = {y0, V::template alignr<12>(y1, y0), V::template alignr<8>(y2, y1), V::template bsrli<4>(y2)};
-    // Byte controls: a channel of the quad's four pixels to 32-bit elements,
-    // and the low three bytes of each element back to 12 bytes (-1: zero).
+    // Byte controls: a channel of the quad's four pixels to 32-bit elements;
+    // back from the bytes a0-a3 b0-b3 c0-c3 (c of the next quad after them) to
+    // 12 bytes a0 b0 c0 a1 .. (-1: zero).
     static constexpr int8_t kR[16] = {0, -1, -1, -1, 3, -1, -1, -1, 6, -1, -1, -1, 9, -1, -1, -1};
     static constexpr int8_t kG[16] = {1, -1, -1, -1, 4, -1, -1, -1, 7, -1, -1, -1, 10, -1, -1, -1};
     static constexpr int8_t kB[16] = {2, -1, -1, -1, 5, -1, -1, -1, 8, -1, -1, -1, 11, -1, -1, -1};
-    static constexpr int8_t kPack[16] = {0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1};
-    const I toR = V::lanes16(kR), toG = V::lanes16(kG), toB = V::lanes16(kB), pack = V::lanes16(kPack);
+    static constexpr int8_t kEven[16] = {0, 4, 8, 1, 5, 9, 2, 6, 10, 3, 7, 11, -1, -1, -1, -1};
+    static constexpr int8_t kOdd[16] = {0, 4, 12, 1, 5, 13, 2, 6, 14, 3, 7, 15, -1, -1, -1, -1};
+    const I toR = V::lanes16(kR), toG = V::lanes16(kG), toB = V::lanes16(kB);
     I out[4];
-    for (int k = 0; k < 4; ++k) {
-        F a = V::toF(V::shuffle8(quad[k], toR)), b = V::toF(V::shuffle8(quad[k], toG)),
-          c = V::toF(V::shuffle8(quad[k], toB));
-        Op<V>::apply(a, b, c);
-        out[k] = V::shuffle8(V::or3(V::clamp255(V::toI(a)), V::clamp255(V::toI(b)), V::clamp255(V::toI(c))), pack);
+    for (int k = 0; k < 4; k += 2) {
+        I code[2][3];
+        for (int j = 0; j < 2; ++j) {
+            F a = V::toF(V::shuffle8(quad[k + j], toR)), b = V::toF(V::shuffle8(quad[k + j], toG)),
+              c = V::toF(V::shuffle8(quad[k + j], toB));
+            Op<V>::apply(a, b, c);
+            code[j][0] = Op<V>::codes(a), code[j][1] = Op<V>::codes(b), code[j][2] = Op<V>::codes(c);
+        }
+        // The saturating packs clamp to 0..255 as the stores of the block rows do.
+        const I cc = V::packs32(code[0][2], code[1][2]);
+        out[k] = V::shuffle8(V::packus16(V::packs32(code[0][0], code[0][1]), cc), V::lanes16(kEven));
+        out[k + 1] = V::shuffle8(V::packus16(V::packs32(code[1][0], code[1][1]), cc), V::lanes16(kOdd));
     }
     V::storeChunks(d, V::orI(out[0], V::template bslli<12>(out[1])));
     V::storeChunks(d + 16, V::orI(V::template bsrli<4>(out[1]), V::template bslli<8>(out[2])));
     V::storeChunks(d + 32, V::orI(V::template bsrli<8>(out[2]), V::template bslli<4>(out[3])));
 }
 
+// 32f: blocks of kN pixels, 3 kN floats in three vectors. Channel c of pixel
+// i is float f = 3 i + c: place f % kN of vector f / kN. For one channel these
+// places are all different (3 and kN have no common factor), so two blends
+// bring the channel's kN values into one vector and a permute puts them in
+// pixel order; the reverse writes them back.
+template <int N>
+struct Split {
+    // Places of channel c taken from vector v; in pixel order, the places.
+    static constexpr unsigned from(int c, int v) {
+        unsigned m = 0;
+        for (int i = 0; i < N; ++i) m |= (3 * i + c) / N == v ? 1u << ((3 * i + c) % N) : 0u;
+        return m;
+    }
+    static constexpr std::array<int, N> order(int c) {
+        std::array<int, N> o{};
+        for (int i = 0; i < N; ++i) o[i] = (3 * i + c) % N;
+        return o;
+    }
+    // Places of vector v that hold channel c; the pixels of the places.
+    static constexpr unsigned holds(int v, int c) {
+        unsigned m = 0;
+        for (int f = 0; f < N; ++f) m |= (v * N + f) % 3 == c ? 1u << f : 0u;
+        return m;
+    }
+    static constexpr std::array<int, N> pixels(int c) {
+        std::array<int, N> o{};
+        for (int i = 0; i < N; ++i) o[(3 * i + c) % N] = i;
+        return o;
+    }
+    static constexpr std::array<int, N> kOrder[3] = {order(0), order(1), order(2)};
+    static constexpr std::array<int, N> kPixels[3] = {pixels(0), pixels(1), pixels(2)};
+};
+
+template <class V, int C>
+typename V::F channelOf(typename V::F a, typename V::F b, typename V::F c) {
+    using S = Split<V::kN>;
+    return V::permute(V::template blend<S::from(C, 2)>(V::template blend<S::from(C, 1)>(a, b), c), S::kOrder[C]);
+}
+template <class V, int K>
+typename V::F vectorOf(typename V::F x, typename V::F y, typename V::F z) {
+    using S = Split<V::kN>;
+    return V::template blend<S::holds(K, 2)>(V::template blend<S::holds(K, 1)>(x, y), z);
+}
+
 template <class V, template <class> class Op>
 void block32f(const float* s, float* d) {
-    typename V::F a, b, c;
-    V::load3(s, a, b, c);
+    using F = typename V::F;
+    using S = Split<V::kN>;
+    const F u = V::load(s), v = V::load(s + V::kN), w = V::load(s + 2 * V::kN);
+    F a = channelOf<V, 0>(u, v, w), b = channelOf<V, 1>(u, v, w), c = channelOf<V, 2>(u, v, w);
     Op<V>::apply(a, b, c);
-    V::store3(d, a, b, c);
+    a = V::permute(a, S::kPixels[0]), b = V::permute(b, S::kPixels[1]), c = V::permute(c, S::kPixels[2]);
+    V::store(d, vectorOf<V, 0>(a, b, c));
+    V::store(d + V::kN, vectorOf<V, 1>(a, b, c));
+    V::store(d + 2 * V::kN, vectorOf<V, 2>(a, b, c));
 }
 
 // Runs block(s, d) over whole blocks of W pixels of K elements T, then the rest.
