@@ -276,7 +276,17 @@ void rowOf(const void* const* sv, void* const* dv, blocks::Len n, Block&& block)
     const T* s = static_cast<const T*>(sv[0]);
     T* d = static_cast<T*>(dv[0]);
     blocks::Len x = 0;
-    for (; x + W <= n; x += W) block(s + 3 * x, d + 3 * x);
+    for (; x + W <= n; x += W) {
+        // The source's lines asked for 4 KiB ahead, the destination's 1 KiB
+        // ahead: the compiler turns some blends of loaded vectors into masked
+        // loads, and without these requests the 32f AVX-512 rows ran at a
+        // quarter of their speed on images larger than the last-level cache.
+        for (int k = 0; k < int(sizeof(T)) * 3 * W; k += 64) {
+            __builtin_prefetch(reinterpret_cast<const char*>(s + 3 * x) + 4096 + k);
+            __builtin_prefetch(reinterpret_cast<const char*>(d + 3 * x) + 1024 + k);
+        }
+        block(s + 3 * x, d + 3 * x);
+    }
     if (x < n) {
         alignas(64) T buf[3 * W] = {};
         std::memcpy(buf, s + 3 * x, sizeof(T) * 3 * size_t(n - x));
