@@ -46,6 +46,7 @@
     static I bslli(I a) { return P##_bslli_epi128(a, K); }                                        \
     static I packs32(I a, I b) { return P##_packs_epi32(a, b); }                                  \
     static I packus16(I a, I b) { return P##_packus_epi16(a, b); }                                \
+    static I set1_8(int v) { return P##_set1_epi8(char(v)); }                                     \
     static F load(const float* p) { return P##_loadu_ps(p); }                                     \
     static void store(float* p, F v) { P##_storeu_ps(p, v); }
 
@@ -76,33 +77,6 @@ struct ToHsv8 {
         a = V::sel(grey, zero, H), b = V::sel(grey, zero, S), c = mx;
     }
     static typename V::I codes(F x) { return V::truncI(x); }
-};
-
-template <class V>
-struct FromHsv8 {
-    using F = typename V::F;
-    static typename V::M is(F i, float k) { return V::template cmp<_CMP_EQ_OQ>(i, V::set1(k)); }
-    static void apply(F& a, F& b, F& c) {
-        const F H = a, S = b, Vc = c;
-        const F h = V::sel(V::template cmp<_CMP_EQ_OQ>(H, V::set1(255.0f)), V::set1(0.0f),
-                           V::mul(V::mul(H, V::set1(0.016666668f)), V::set1(1.4117647f)));
-        const F i = V::floor(h), f = V::sub(h, i), s = V::mul(S, V::set1(0.003921569f));
-        const F sV = V::mul(s, Vc), sVf = V::mul(sV, f), VsV = V::sub(Vc, sV);
-        // p, q and t before their nearbyint(), which codes() applies as the
-        // selected value becomes an integer (V is one already).
-        const F p = VsV, q = V::sub(Vc, sVf), t = V::add(VsV, sVf);
-        const auto i0 = is(i, 0.0f), i1 = is(i, 1.0f), i2 = is(i, 2.0f), i3 = is(i, 3.0f), i4 = is(i, 4.0f),
-                   i5 = is(i, 5.0f);
-        // Sectors 0..5 as (r, g, b): (V t p) (q V p) (p V t) (p q V) (t p V) (V p q);
-        // sector 6 and above give V, V, V.
-        const F r = V::sel(i1, q, V::sel(V::mor(i2, i3), p, V::sel(i4, t, Vc)));
-        const F g = V::sel(i0, t, V::sel(i3, q, V::sel(V::mor(i4, i5), p, Vc)));
-        const F bl = V::sel(V::mor(i0, i1), p, V::sel(i2, t, V::sel(i5, q, Vc)));
-        // S = 0 needs no test of its own: s, sV and sVf are 0, and p, q and t
-        // the whole number V.
-        a = r, b = g, c = bl;
-    }
-    static typename V::I codes(F x) { return V::toI(x); }
 };
 
 template <class V>
@@ -177,40 +151,108 @@ struct ToHls8 {
 
 // 8u: blocks of 4 kN pixels, each 128-bit lane taking 16 of them (48 bytes,
 // three 16-byte chunks: lane j of chunk vector k holds bytes 48 j + 16 k on).
-// Four quads of pixels per lane are spread to 32-bit elements, converted,
-// and gathered back into the three chunks.
+// Byte controls within a lane (-1: zero): channel c of the quad of pixels
+// 4 q.. (bytes 12 q on, moved to the front) to 32-bit elements; channel c of
+// the 16 pixels from chunk k, and chunk k from the channel's bytes.
+using Control = std::array<int8_t, 16>;
+constexpr Control spreadControl(int c) {
+    Control o{};
+    for (int b = 0; b < 16; ++b) o[b] = b % 4 ? -1 : int8_t(3 * (b / 4) + c);
+    return o;
+}
+constexpr Control planeControl(int k, int c) {
+    Control o{};
+    for (int j = 0; j < 16; ++j) o[j] = (3 * j + c) / 16 == k ? int8_t((3 * j + c) % 16) : -1;
+    return o;
+}
+constexpr Control chunkControl(int k, int c) {
+    Control o{};
+    for (int b = 0; b < 16; ++b) o[b] = (16 * k + b) % 3 == c ? int8_t((16 * k + b) / 3) : -1;
+    return o;
+}
+struct Lane48 {
+    static constexpr Control kSpread[3] = {spreadControl(0), spreadControl(1), spreadControl(2)};
+    static constexpr Control kPlane[3][3] = {{planeControl(0, 0), planeControl(0, 1), planeControl(0, 2)},
+                                             {planeControl(1, 0), planeControl(1, 1), planeControl(1, 2)},
+                                             {planeControl(2, 0), planeControl(2, 1), planeControl(2, 2)}};
+    static constexpr Control kChunk[3][3] = {{chunkControl(0, 0), chunkControl(0, 1), chunkControl(0, 2)},
+                                             {chunkControl(1, 0), chunkControl(1, 1), chunkControl(1, 2)},
+                                             {chunkControl(2, 0), chunkControl(2, 1), chunkControl(2, 2)}};
+};
+
+// The three chunks of a block and its four quads (quad q: pixels 4 q..4 q + 3
+// of each lane at the front).
+template <class V>
+struct Quads {
+    using I = typename V::I;
+    I chunk[3], quad[4];
+    explicit Quads(const uint8_t* s) : chunk{V::chunks(s), V::chunks(s + 16), V::chunks(s + 32)} {
+        quad[0] = chunk[0], quad[1] = V::template alignr<12>(chunk[1], chunk[0]);
+        quad[2] = V::template alignr<8>(chunk[2], chunk[1]), quad[3] = V::template bsrli<4>(chunk[2]);
+    }
+    typename V::F codes(int q, int c) const { return V::toF(V::shuffle8(quad[q], V::lanes16(Lane48::kSpread[c].data()))); }
+    // Channel c of the lane's 16 pixels as bytes.
+    I plane(int c) const {
+        I v = V::shuffle8(chunk[0], V::lanes16(Lane48::kPlane[0][c].data()));
+        v = V::orI(v, V::shuffle8(chunk[1], V::lanes16(Lane48::kPlane[1][c].data())));
+        return V::orI(v, V::shuffle8(chunk[2], V::lanes16(Lane48::kPlane[2][c].data())));
+    }
+};
+// Four quads of 32-bit integers as the lane's 16 bytes, saturated to 0..255
+// as the block rows store them.
+template <class V>
+typename V::I bytesOf(const typename V::I (&v)[4]) {
+    return V::packus16(V::packs32(v[0], v[1]), V::packs32(v[2], v[3]));
+}
+// Chunk k of three channels of bytes, interleaved.
+template <class V>
+typename V::I chunkOf(int k, typename V::I a, typename V::I b, typename V::I c) {
+    const typename V::I ab = V::orI(V::shuffle8(a, V::lanes16(Lane48::kChunk[k][0].data())),
+                                    V::shuffle8(b, V::lanes16(Lane48::kChunk[k][1].data())));
+    return V::orI(ab, V::shuffle8(c, V::lanes16(Lane48::kChunk[k][2].data())));
+}
+
 template <class V, template <class> class Op>
 void block8u(const uint8_t* s, uint8_t* d) {
     using I = typename V::I;
-    using F = typename V::F;
-    const I y0 = V::chunks(s), y1 = V::chunks(s + 16), y2 = V::chunks(s + 32);
-    const I quad[4] = {y0, V::template alignr<12>(y1, y0), V::template alignr<8>(y2, y1), V::template bsrli<4>(y2)};
-    // Byte controls: a channel of the quad's four pixels to 32-bit elements;
-    // back from the bytes a0-a3 b0-b3 c0-c3 (c of the next quad after them) to
-    // 12 bytes a0 b0 c0 a1 .. (-1: zero).
-    static constexpr int8_t kR[16] = {0, -1, -1, -1, 3, -1, -1, -1, 6, -1, -1, -1, 9, -1, -1, -1};
-    static constexpr int8_t kG[16] = {1, -1, -1, -1, 4, -1, -1, -1, 7, -1, -1, -1, 10, -1, -1, -1};
-    static constexpr int8_t kB[16] = {2, -1, -1, -1, 5, -1, -1, -1, 8, -1, -1, -1, 11, -1, -1, -1};
-    static constexpr int8_t kEven[16] = {0, 4, 8, 1, 5, 9, 2, 6, 10, 3, 7, 11, -1, -1, -1, -1};
-    static constexpr int8_t kOdd[16] = {0, 4, 12, 1, 5, 13, 2, 6, 14, 3, 7, 15, -1, -1, -1, -1};
-    const I toR = V::lanes16(kR), toG = V::lanes16(kG), toB = V::lanes16(kB);
-    I out[4];
-    for (int k = 0; k < 4; k += 2) {
-        I code[2][3];
-        for (int j = 0; j < 2; ++j) {
-            F a = V::toF(V::shuffle8(quad[k + j], toR)), b = V::toF(V::shuffle8(quad[k + j], toG)),
-              c = V::toF(V::shuffle8(quad[k + j], toB));
-            Op<V>::apply(a, b, c);
-            code[j][0] = Op<V>::codes(a), code[j][1] = Op<V>::codes(b), code[j][2] = Op<V>::codes(c);
-        }
-        // The saturating packs clamp to 0..255 as the stores of the block rows do.
-        const I cc = V::packs32(code[0][2], code[1][2]);
-        out[k] = V::shuffle8(V::packus16(V::packs32(code[0][0], code[0][1]), cc), V::lanes16(kEven));
-        out[k + 1] = V::shuffle8(V::packus16(V::packs32(code[1][0], code[1][1]), cc), V::lanes16(kOdd));
+    const Quads<V> in(s);
+    I out[3][4];
+    for (int q = 0; q < 4; ++q) {
+        typename V::F a = in.codes(q, 0), b = in.codes(q, 1), c = in.codes(q, 2);
+        Op<V>::apply(a, b, c);
+        out[0][q] = Op<V>::codes(a), out[1][q] = Op<V>::codes(b), out[2][q] = Op<V>::codes(c);
     }
-    V::storeChunks(d, V::orI(out[0], V::template bslli<12>(out[1])));
-    V::storeChunks(d + 16, V::orI(V::template bsrli<4>(out[1]), V::template bslli<8>(out[2])));
-    V::storeChunks(d + 32, V::orI(V::template bsrli<8>(out[2]), V::template bslli<4>(out[3])));
+    const I a = bytesOf<V>(out[0]), b = bytesOf<V>(out[1]), c = bytesOf<V>(out[2]);
+    for (int k = 0; k < 3; ++k) V::storeChunks(d + 16 * k, chunkOf<V>(k, a, b, c));
+}
+
+// 8u HSV to RGB: p, q, t and the sector of every pixel in floats, then as
+// bytes (the conversions round p, q and t as nearbyint() does; the sector,
+// 0..5 for 8u hues, is a whole number), and the sector's choice among V, p,
+// q and t on the bytes. S = 0 needs no test of its own: s, sV and sVf are 0,
+// and p, q and t the whole number V.
+template <class V>
+void blockFromHsv8(const uint8_t* src, uint8_t* d) {
+    using I = typename V::I;
+    using F = typename V::F;
+    const Quads<V> in(src);
+    I p[4], q[4], t[4], sector[4];
+    for (int k = 0; k < 4; ++k) {
+        const F H = in.codes(k, 0), S = in.codes(k, 1), Vc = in.codes(k, 2);
+        const F h = V::sel(V::template cmp<_CMP_EQ_OQ>(H, V::set1(255.0f)), V::set1(0.0f),
+                           V::mul(V::mul(H, V::set1(0.016666668f)), V::set1(1.4117647f)));
+        const F i = V::floor(h), f = V::sub(h, i), s = V::mul(S, V::set1(0.003921569f));
+        const F sV = V::mul(s, Vc), sVf = V::mul(sV, f), VsV = V::sub(Vc, sV);
+        p[k] = V::toI(VsV), q[k] = V::toI(V::sub(Vc, sVf)), t[k] = V::toI(V::add(VsV, sVf)), sector[k] = V::truncI(i);
+    }
+    const I P = bytesOf<V>(p), Q = bytesOf<V>(q), T = bytesOf<V>(t), Vb = in.plane(2), i = bytesOf<V>(sector);
+    const auto i0 = V::eq8(i, V::set1_8(0)), i1 = V::eq8(i, V::set1_8(1)), i2 = V::eq8(i, V::set1_8(2)),
+               i3 = V::eq8(i, V::set1_8(3)), i4 = V::eq8(i, V::set1_8(4)), i5 = V::eq8(i, V::set1_8(5));
+    // Sectors 0..5 as (r, g, b): (V t p) (q V p) (p V t) (p q V) (t p V) (V p q).
+    const I r = V::sel8(i1, Q, V::sel8(V::or8(i2, i3), P, V::sel8(i4, T, Vb)));
+    const I g = V::sel8(i0, T, V::sel8(i3, Q, V::sel8(V::or8(i4, i5), P, Vb)));
+    const I b = V::sel8(V::or8(i0, i1), P, V::sel8(i2, T, V::sel8(i5, Q, Vb)));
+    for (int k = 0; k < 3; ++k) V::storeChunks(d + 16 * k, chunkOf<V>(k, r, g, b));
 }
 
 // 32f: blocks of kN pixels, 3 kN floats in three vectors. Channel c of pixel
@@ -295,9 +337,9 @@ void rowOf(const void* const* sv, void* const* dv, blocks::Len n, Block&& block)
     }
 }
 
-template <class V, template <class> class Op>
+template <class V, void (*Block)(const uint8_t*, uint8_t*)>
 void row8u(const void* const* s, void* const* d, blocks::Len n, const void*) {
-    rowOf<uint8_t, 4 * V::kN>(s, d, n, [](const uint8_t* p, uint8_t* q) { block8u<V, Op>(p, q); });
+    rowOf<uint8_t, 4 * V::kN>(s, d, n, Block);
 }
 template <class V, template <class> class Op>
 void row32f(const void* const* s, void* const* d, blocks::Len n, const void*) {
@@ -307,9 +349,9 @@ void row32f(const void* const* s, void* const* d, blocks::Len n, const void*) {
 // A tier's table: the block rows, with the five hand-written ones in their places.
 template <class V>
 constexpr Rows withSimdRows(Rows r) {
-    r.r_uint8_t_3_3_kToHsv_0 = row8u<V, ToHsv8>;
-    r.r_uint8_t_3_3_kFromHsv_0 = row8u<V, FromHsv8>;
-    r.r_uint8_t_3_3_kToHls_0 = row8u<V, ToHls8>;
+    r.r_uint8_t_3_3_kToHsv_0 = row8u<V, block8u<V, ToHsv8>>;
+    r.r_uint8_t_3_3_kFromHsv_0 = row8u<V, blockFromHsv8<V>>;
+    r.r_uint8_t_3_3_kToHls_0 = row8u<V, block8u<V, ToHls8>>;
     r.r_float_3_3_kToHls_0 = row32f<V, ToHls>;
     r.r_float_3_3_kFromHls_0 = row32f<V, FromHls>;
     return r;

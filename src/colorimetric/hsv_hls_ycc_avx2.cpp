@@ -21,6 +21,9 @@ struct Avx2 {
     static I lanes16(const int8_t* c) {
         return _mm256_broadcastsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(c)));
     }
+    static I eq8(I a, I b) { return _mm256_cmpeq_epi8(a, b); }
+    static I sel8(I m, I yes, I no) { return _mm256_blendv_epi8(no, yes, m); }
+    static I or8(I a, I b) { return _mm256_or_si256(a, b); }
     static I orI(I a, I b) { return _mm256_or_si256(a, b); }
     static I chunks(const uint8_t* p) {
         return _mm256_loadu2_m128i(reinterpret_cast<const __m128i*>(p + 48), reinterpret_cast<const __m128i*>(p));

@@ -27,6 +27,9 @@ struct Avx512 {
     static I lanes16(const int8_t* c) {
         return _mm512_broadcast_i32x4(_mm_loadu_si128(reinterpret_cast<const __m128i*>(c)));
     }
+    static __mmask64 eq8(I a, I b) { return _mm512_cmpeq_epi8_mask(a, b); }
+    static I sel8(__mmask64 m, I yes, I no) { return _mm512_mask_blend_epi8(m, no, yes); }
+    static __mmask64 or8(__mmask64 a, __mmask64 b) { return a | b; }
     static I orI(I a, I b) { return _mm512_or_si512(a, b); }
     static __m128i chunk(const uint8_t* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
     static I chunks(const uint8_t* p) {
