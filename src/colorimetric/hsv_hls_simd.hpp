@@ -30,6 +30,7 @@
     static F mul(F a, F b) { return P##_mul_ps(a, b); }                                           \
     static F div(F a, F b) { return P##_div_ps(a, b); }                                           \
     static F fma(F a, F b, F c) { return P##_fmadd_ps(a, b, c); }                                 \
+    static F fnma(F a, F b, F c) { return P##_fnmadd_ps(a, b, c); }                               \
     /* std::max(a, b) is a unless a < b; the instruction gives its second operand */              \
     /* unless the first is greater (equal zeros and NaN alike). */                                \
     static F maxOf(F a, F b) { return P##_max_ps(b, a); }                                         \
@@ -47,6 +48,9 @@
     static I packs32(I a, I b) { return P##_packs_epi32(a, b); }                                  \
     static I packus16(I a, I b) { return P##_packus_epi16(a, b); }                                \
     static I set1_8(int v) { return P##_set1_epi8(char(v)); }                                     \
+    static I maxu8(I a, I b) { return P##_max_epu8(a, b); }                                       \
+    static I minu8(I a, I b) { return P##_min_epu8(a, b); }                                       \
+    static I sub8(I a, I b) { return P##_sub_epi8(a, b); }                                        \
     static F load(const float* p) { return P##_loadu_ps(p); }                                     \
     static void store(float* p, F v) { P##_storeu_ps(p, v); }
 
@@ -56,28 +60,6 @@ namespace {
 // ---- The conversions, on vectors of codes ---------------------------------------------------
 // Each takes the three channels of kN pixels and replaces them with the
 // results, as rgbToHsv<255>, hsvToRgb<255>, rgbToHls and hlsToRgb do.
-
-template <class V>
-struct ToHsv8 {
-    using F = typename V::F;
-    static void apply(F& a, F& b, F& c) {
-        const F R = a, G = b, B = c, one = V::set1(1.0f), zero = V::set1(0.0f);
-        const F mx = V::maxOf(V::maxOf(R, G), B), mn = V::minOf(V::minOf(R, G), B);
-        const auto grey = V::template cmp<_CMP_EQ_OQ>(mx, mn);
-        const F d = V::sel(grey, one, V::sub(mx, mn)), rd = V::div(one, d);
-        const F cr = V::mul(V::sub(mx, R), rd), cg = V::mul(V::sub(mx, G), rd), cb = V::mul(V::sub(mx, B), rd);
-        F h = V::sel(V::template cmp<_CMP_EQ_OQ>(R, mx), V::sub(cb, cg), zero);
-        h = V::sel(V::template cmp<_CMP_EQ_OQ>(G, mx), V::sub(V::add(V::set1(2.0f), cr), cb), h);
-        h = V::sel(V::template cmp<_CMP_GE_OQ>(B, V::maxOf(R, G)), V::sub(V::add(V::set1(4.0f), cg), cr), h);
-        h = V::sel(V::template cmp<_CMP_LT_OQ>(V::add(h, V::set1(1.1920929e-7f)), zero), V::add(h, V::set1(6.0f)), h);
-        const F half = V::set1(0.5f);
-        // S and H before their floor(), which codes() takes: both are at least 0.
-        const F S = V::add(V::div(V::mul(d, V::set1(255.0f)), V::sel(grey, one, mx)), half);
-        const F H = V::add(V::mul(h, V::set1(42.5f)), half);
-        a = V::sel(grey, zero, H), b = V::sel(grey, zero, S), c = mx;
-    }
-    static typename V::I codes(F x) { return V::truncI(x); }
-};
 
 template <class V>
 struct ToHls {
@@ -133,7 +115,7 @@ struct ToHls8 {
     using F = typename V::F;
     static F unit(F x) {
         const F k = V::set1(255.0f), r = V::set1(1.0f / 255.0f), q = V::mul(x, r);
-        return V::fma(V::fma(V::sub(V::set1(0.0f), q), k, x), r, q);
+        return V::fma(V::fnma(q, k, x), r, q);
     }
     static void apply(F& a, F& b, F& c) {
         a = unit(a), b = unit(b), c = unit(c);
@@ -153,7 +135,8 @@ struct ToHls8 {
 // three 16-byte chunks: lane j of chunk vector k holds bytes 48 j + 16 k on).
 // Byte controls within a lane (-1: zero): channel c of the quad of pixels
 // 4 q.. (bytes 12 q on, moved to the front) to 32-bit elements; channel c of
-// the 16 pixels from chunk k, and chunk k from the channel's bytes.
+// the 16 pixels from chunk k; bytes 4 q..4 q + 3 of a channel to 32-bit
+// elements; and chunk k from the channel's bytes.
 using Control = std::array<int8_t, 16>;
 constexpr Control spreadControl(int c) {
     Control o{};
@@ -165,6 +148,11 @@ constexpr Control planeControl(int k, int c) {
     for (int j = 0; j < 16; ++j) o[j] = (3 * j + c) / 16 == k ? int8_t((3 * j + c) % 16) : -1;
     return o;
 }
+constexpr Control widenControl(int q) {
+    Control o{};
+    for (int b = 0; b < 16; ++b) o[b] = b % 4 ? -1 : int8_t(4 * q + b / 4);
+    return o;
+}
 constexpr Control chunkControl(int k, int c) {
     Control o{};
     for (int b = 0; b < 16; ++b) o[b] = (16 * k + b) % 3 == c ? int8_t((16 * k + b) / 3) : -1;
@@ -172,6 +160,7 @@ constexpr Control chunkControl(int k, int c) {
 }
 struct Lane48 {
     static constexpr Control kSpread[3] = {spreadControl(0), spreadControl(1), spreadControl(2)};
+    static constexpr Control kWiden[4] = {widenControl(0), widenControl(1), widenControl(2), widenControl(3)};
     static constexpr Control kPlane[3][3] = {{planeControl(0, 0), planeControl(0, 1), planeControl(0, 2)},
                                              {planeControl(1, 0), planeControl(1, 1), planeControl(1, 2)},
                                              {planeControl(2, 0), planeControl(2, 1), planeControl(2, 2)}};
@@ -198,6 +187,11 @@ struct Quads {
         return V::orI(v, V::shuffle8(chunk[2], V::lanes16(Lane48::kPlane[2][c].data())));
     }
 };
+// Quad q of a channel's bytes as floats.
+template <class V>
+typename V::F widen(typename V::I v, int q) {
+    return V::toF(V::shuffle8(v, V::lanes16(Lane48::kWiden[q].data())));
+}
 // Four quads of 32-bit integers as the lane's 16 bytes, saturated to 0..255
 // as the block rows store them.
 template <class V>
@@ -224,6 +218,37 @@ void block8u(const uint8_t* s, uint8_t* d) {
     }
     const I a = bytesOf<V>(out[0]), b = bytesOf<V>(out[1]), c = bytesOf<V>(out[2]);
     for (int k = 0; k < 3; ++k) V::storeChunks(d + 16 * k, chunkOf<V>(k, a, b, c));
+}
+
+// 8u RGB to HSV: V, the least value, their difference d and the channels
+// each hue formula takes found on the bytes; h = (o + X / d) - Y / d, the
+// quotients as products with the IEEE 1 / d, with (o, X, Y) red's (0, V - B,
+// V - G), green's (2, V - R, V - B) or blue's (4, V - G, V - R) (blue's test
+// wins over green's, green's over red's; 0 + X / d is X / d), and S, H in
+// floats, their floor() the truncating conversions (both are at least 0).
+// Grey pixels (d = 0) divide by 1 and get hue and saturation 0.
+template <class V>
+void blockToHsv8(const uint8_t* src, uint8_t* d) {
+    using I = typename V::I;
+    using F = typename V::F;
+    const Quads<V> in(src);
+    const I R = in.plane(0), G = in.plane(1), B = in.plane(2), zero = V::set1_8(0), one = V::set1_8(1);
+    const I Vb = V::maxu8(V::maxu8(R, G), B), diff = V::sub8(Vb, V::minu8(V::minu8(R, G), B));
+    const auto blue = V::eq8(B, Vb), green = V::eq8(G, Vb);
+    const I X = V::sub8(Vb, V::sel8(blue, G, V::sel8(green, R, B))), Y = V::sub8(Vb, V::sel8(blue, R, V::sel8(green, B, G)));
+    const I o = V::sel8(blue, V::set1_8(4), V::sel8(green, V::set1_8(2), zero));
+    const I dd = V::maxu8(diff, one), vv = V::maxu8(Vb, one);
+    I hue[4], sat[4];
+    for (int q = 0; q < 4; ++q) {
+        const F dq = widen<V>(dd, q), rd = V::div(V::set1(1.0f), dq);
+        F h = V::sub(V::add(widen<V>(o, q), V::mul(widen<V>(X, q), rd)), V::mul(widen<V>(Y, q), rd));
+        h = V::sel(V::template cmp<_CMP_LT_OQ>(V::add(h, V::set1(1.1920929e-7f)), V::set1(0.0f)), V::add(h, V::set1(6.0f)), h);
+        hue[q] = V::truncI(V::add(V::mul(h, V::set1(42.5f)), V::set1(0.5f)));
+        sat[q] = V::truncI(V::add(V::div(V::mul(dq, V::set1(255.0f)), widen<V>(vv, q)), V::set1(0.5f)));
+    }
+    const auto grey = V::eq8(diff, zero);
+    const I H = V::sel8(grey, zero, bytesOf<V>(hue)), S = V::sel8(grey, zero, bytesOf<V>(sat));
+    for (int k = 0; k < 3; ++k) V::storeChunks(d + 16 * k, chunkOf<V>(k, H, S, Vb));
 }
 
 // 8u HSV to RGB: p, q, t and the sector of every pixel in floats, then as
@@ -349,7 +374,7 @@ void row32f(const void* const* s, void* const* d, blocks::Len n, const void*) {
 // A tier's table: the block rows, with the five hand-written ones in their places.
 template <class V>
 constexpr Rows withSimdRows(Rows r) {
-    r.r_uint8_t_3_3_kToHsv_0 = row8u<V, block8u<V, ToHsv8>>;
+    r.r_uint8_t_3_3_kToHsv_0 = row8u<V, blockToHsv8<V>>;
     r.r_uint8_t_3_3_kFromHsv_0 = row8u<V, blockFromHsv8<V>>;
     r.r_uint8_t_3_3_kToHls_0 = row8u<V, block8u<V, ToHls8>>;
     r.r_float_3_3_kToHls_0 = row32f<V, ToHls>;
