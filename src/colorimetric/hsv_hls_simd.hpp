@@ -107,25 +107,6 @@ struct FromHls {
     }
 };
 
-// 8u HLS: the codes divided by 255 (the IEEE quotient, formed as the product
-// with 1/255 corrected by its exact remainder: the same float for every code
-// 0..255), the 32f steps, and the results times 255.
-template <class V>
-struct ToHls8 {
-    using F = typename V::F;
-    static F unit(F x) {
-        const F k = V::set1(255.0f), r = V::set1(1.0f / 255.0f), q = V::mul(x, r);
-        return V::fma(V::fnma(q, k, x), r, q);
-    }
-    static void apply(F& a, F& b, F& c) {
-        a = unit(a), b = unit(b), c = unit(c);
-        ToHls<V>::apply(a, b, c);
-        const F k = V::set1(255.0f);
-        a = V::mul(a, k), b = V::mul(b, k), c = V::mul(c, k);
-    }
-    static typename V::I codes(F x) { return V::toI(x); }
-};
-
 // ---- Rows ---------------------------------------------------------------------------------
 // Whole blocks in place; the last part of a row goes through a block-sized
 // buffer (a row may be converted in place, so no block reads what another
@@ -206,20 +187,6 @@ typename V::I chunkOf(int k, typename V::I a, typename V::I b, typename V::I c) 
     return V::orI(ab, V::shuffle8(c, V::lanes16(Lane48::kChunk[k][2].data())));
 }
 
-template <class V, template <class> class Op>
-void block8u(const uint8_t* s, uint8_t* d) {
-    using I = typename V::I;
-    const Quads<V> in(s);
-    I out[3][4];
-    for (int q = 0; q < 4; ++q) {
-        typename V::F a = in.codes(q, 0), b = in.codes(q, 1), c = in.codes(q, 2);
-        Op<V>::apply(a, b, c);
-        out[0][q] = Op<V>::codes(a), out[1][q] = Op<V>::codes(b), out[2][q] = Op<V>::codes(c);
-    }
-    const I a = bytesOf<V>(out[0]), b = bytesOf<V>(out[1]), c = bytesOf<V>(out[2]);
-    for (int k = 0; k < 3; ++k) V::storeChunks(d + 16 * k, chunkOf<V>(k, a, b, c));
-}
-
 // 8u RGB to HSV: V, the least value, their difference d and the channels
 // each hue formula takes found on the bytes; h = (o + X / d) - Y / d, the
 // quotients as products with the IEEE 1 / d, with (o, X, Y) red's (0, V - B,
@@ -249,6 +216,46 @@ void blockToHsv8(const uint8_t* src, uint8_t* d) {
     const auto grey = V::eq8(diff, zero);
     const I H = V::sel8(grey, zero, bytesOf<V>(hue)), S = V::sel8(grey, zero, bytesOf<V>(sat));
     for (int k = 0; k < 3; ++k) V::storeChunks(d + 16 * k, chunkOf<V>(k, H, S, Vb));
+}
+
+// 8u RGB to HLS on the values x = code / 255 (the IEEE quotient, formed as
+// the product with 1/255 corrected by its exact remainder: the same float for
+// every code 0..255). The largest code and the two channels of the hue
+// formula found on the bytes: red (G - B, no offset) when R is the largest,
+// else green (B - R, 120) when G is, else blue (R - G, 240); the least value
+// is the smaller of those two. Red's offset is added as +0, which changes
+// nothing here (no quotient is -0). Grey pixels (all three codes equal, the
+// only ones with d <= 2^-23) get hue and saturation 0; the results times 255
+// are rounded by the conversions.
+template <class V>
+typename V::F unitOf(typename V::I bytes, int q) {
+    const typename V::F x = widen<V>(bytes, q), k = V::set1(255.0f), r = V::set1(1.0f / 255.0f), p = V::mul(x, r);
+    return V::fma(V::fnma(p, k, x), r, p);
+}
+template <class V>
+void blockToHls8(const uint8_t* src, uint8_t* d) {
+    using I = typename V::I;
+    using F = typename V::F;
+    const Quads<V> in(src);
+    const I R = in.plane(0), G = in.plane(1), B = in.plane(2), zero = V::set1_8(0);
+    const I top = V::maxu8(V::maxu8(R, G), B);
+    const auto red = V::eq8(R, top), green = V::eq8(G, top);
+    const I a = V::sel8(red, G, V::sel8(green, B, R)), b = V::sel8(red, B, V::sel8(green, R, G));
+    const I o = V::sel8(red, zero, V::sel8(green, V::set1_8(120), V::set1_8(240)));
+    I hue[4], light[4], sat[4];
+    for (int q = 0; q < 4; ++q) {
+        const F mx = unitOf<V>(top, q), xa = unitOf<V>(a, q), xb = unitOf<V>(b, q), mn = V::minOf(xa, xb);
+        const F dq = V::sub(mx, mn), sum = V::add(mx, mn), L = V::mul(sum, V::set1(0.5f));
+        const F S = V::div(dq, V::sel(V::template cmp<_CMP_LE_OQ>(L, V::set1(0.5f)), sum, V::sub(V::set1(2.0f), sum)));
+        F h = V::add(V::div(V::mul(V::sub(xa, xb), V::set1(60.0f)), dq), widen<V>(o, q));
+        h = V::sel(V::template cmp<_CMP_LT_OQ>(h, V::set1(0.0f)), V::add(h, V::set1(360.0f)), h);
+        const F k = V::set1(255.0f);
+        hue[q] = V::toI(V::mul(V::mul(h, V::set1(0.0027777778f)), k));
+        light[q] = V::toI(V::mul(L, k)), sat[q] = V::toI(V::mul(S, k));
+    }
+    const auto grey = V::eq8(top, V::minu8(V::minu8(R, G), B));
+    const I H = V::sel8(grey, zero, bytesOf<V>(hue)), S = V::sel8(grey, zero, bytesOf<V>(sat));
+    for (int k = 0; k < 3; ++k) V::storeChunks(d + 16 * k, chunkOf<V>(k, H, bytesOf<V>(light), S));
 }
 
 // 8u HSV to RGB: p, q, t and the sector of every pixel in floats, then as
@@ -376,7 +383,7 @@ template <class V>
 constexpr Rows withSimdRows(Rows r) {
     r.r_uint8_t_3_3_kToHsv_0 = row8u<V, blockToHsv8<V>>;
     r.r_uint8_t_3_3_kFromHsv_0 = row8u<V, blockFromHsv8<V>>;
-    r.r_uint8_t_3_3_kToHls_0 = row8u<V, block8u<V, ToHls8>>;
+    r.r_uint8_t_3_3_kToHls_0 = row8u<V, blockToHls8<V>>;
     r.r_float_3_3_kToHls_0 = row32f<V, ToHls>;
     r.r_float_3_3_kFromHls_0 = row32f<V, FromHls>;
     return r;
