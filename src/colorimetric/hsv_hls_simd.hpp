@@ -1,16 +1,19 @@
 // Hand-written rows of the five busiest HSV and HLS members (RGB to HSV and
 // back, RGB to HLS on 8u; RGB to HLS and back on 32f), written once over a
 // vector traits class V (AVX2 in hsv_hls_ycc_avx2.cpp, AVX-512 in
-// hsv_hls_ycc_avx512.cpp). Every pixel goes through the same IEEE single
-// operations, in the same order, as in hsv_hls_ycc.hpp, so every tier gives
-// the bytes of the scalar rows; the other members keep the block rows.
+// hsv_hls_ycc_avx512.cpp). Every result is that of the IEEE single
+// operations of hsv_hls_ycc.hpp, in their order, so every tier gives the bytes
+// of the scalar rows; where a step is taken otherwise (on the 8u bytes, or by
+// a conversion to integers) the comment says why the value is the same. The
+// other members keep the block rows.
 //
 // What V supplies: F (kN floats), I (the same bits as integers), M (the
 // result of a comparison); the members of TPX_HLS_VECTOR_OPS below; floor,
 // cmp<predicate>, sel(m, yes, no), mor, blend<bits>(a, b) (b where the bit is
-// set) and permute(v, places) (element i from place i); the byte work within
-// 128-bit lanes: orI, lanes16 (16 bytes in every lane), chunks and
-// storeChunks (16 bytes per lane, lane j at p + 48 j).
+// set) and permute(v, places) (element i from place i); on bytes: eq8, sel8
+// and or8 (comparisons of bytes and choices by them), orI, lanes16 (16 bytes
+// in every 128-bit lane), chunks and storeChunks (16 bytes per lane, lane j
+// at p + 48 j).
 #pragma once
 
 #include "colorimetric/hsv_hls_ycc.hpp"
@@ -57,9 +60,11 @@
 namespace tpx::hls::simd {
 namespace {
 
-// ---- The conversions, on vectors of codes ---------------------------------------------------
+// ---- 32f conversions ------------------------------------------------------------------------
 // Each takes the three channels of kN pixels and replaces them with the
-// results, as rgbToHsv<255>, hsvToRgb<255>, rgbToHls and hlsToRgb do.
+// results, as rgbToHls and hlsToRgb do. (Where two NaNs of different signs
+// meet in one addition or product, which of them comes out is the compiler's
+// choice of operand order, here as in the scalar rows.)
 
 template <class V>
 struct ToHls {
@@ -68,7 +73,8 @@ struct ToHls {
         const F R = a, G = b, B = c, zero = V::set1(0.0f);
         const F mx = V::maxOf(V::maxOf(R, G), B), mn = V::minOf(V::minOf(R, G), B), d = V::sub(mx, mn);
         const F sum = V::add(mx, mn), L = V::mul(sum, V::set1(0.5f));
-        const F S = V::div(d, V::sel(V::template cmp<_CMP_LE_OQ>(L, V::set1(0.5f)), sum, V::sub(V::set1(2.0f), sum)));
+        const auto low = V::template cmp<_CMP_LE_OQ>(L, V::set1(0.5f));
+        const F S = V::div(d, V::sel(low, sum, V::sub(V::set1(2.0f), sum)));
         // One quotient for the three hue formulas; red's adds no offset (an
         // added 0 would turn -0 into +0).
         const auto red = V::template cmp<_CMP_EQ_OQ>(R, mx), notGreen = V::template cmp<_CMP_NEQ_UQ>(G, mx);
@@ -100,8 +106,9 @@ struct FromHls {
         const F hr = V::sel(V::template cmp<_CMP_GT_OQ>(up, V::set1(360.0f)), V::sub(h, V::set1(240.0f)), up);
         const F hb = V::sel(V::template cmp<_CMP_LT_OQ>(down, V::set1(0.0f)), V::add(h, V::set1(240.0f)), down);
         const F sixth = V::set1(0.016666668f);
-        const F r = channel(m1, dm, m2, hr, V::mul(hr, sixth)), g = channel(m1, dm, m2, h, V::mul(H, V::set1(6.0000005f))),
-                bl = channel(m1, dm, m2, hb, V::mul(hb, sixth));
+        const F r = channel(m1, dm, m2, hr, V::mul(hr, sixth));
+        const F g = channel(m1, dm, m2, h, V::mul(H, V::set1(6.0000005f)));
+        const F bl = channel(m1, dm, m2, hb, V::mul(hb, sixth));
         const auto grey = V::template cmp<_CMP_EQ_OQ>(S, V::set1(0.0f));
         a = V::sel(grey, L, r), b = V::sel(grey, L, g), c = V::sel(grey, L, bl);
     }
@@ -160,7 +167,9 @@ struct Quads {
         quad[0] = chunk[0], quad[1] = V::template alignr<12>(chunk[1], chunk[0]);
         quad[2] = V::template alignr<8>(chunk[2], chunk[1]), quad[3] = V::template bsrli<4>(chunk[2]);
     }
-    typename V::F codes(int q, int c) const { return V::toF(V::shuffle8(quad[q], V::lanes16(Lane48::kSpread[c].data()))); }
+    typename V::F codes(int q, int c) const {
+        return V::toF(V::shuffle8(quad[q], V::lanes16(Lane48::kSpread[c].data())));
+    }
     // Channel c of the lane's 16 pixels as bytes.
     I plane(int c) const {
         I v = V::shuffle8(chunk[0], V::lanes16(Lane48::kPlane[0][c].data()));
@@ -202,14 +211,16 @@ void blockToHsv8(const uint8_t* src, uint8_t* d) {
     const I R = in.plane(0), G = in.plane(1), B = in.plane(2), zero = V::set1_8(0), one = V::set1_8(1);
     const I Vb = V::maxu8(V::maxu8(R, G), B), diff = V::sub8(Vb, V::minu8(V::minu8(R, G), B));
     const auto blue = V::eq8(B, Vb), green = V::eq8(G, Vb);
-    const I X = V::sub8(Vb, V::sel8(blue, G, V::sel8(green, R, B))), Y = V::sub8(Vb, V::sel8(blue, R, V::sel8(green, B, G)));
+    const I X = V::sub8(Vb, V::sel8(blue, G, V::sel8(green, R, B)));
+    const I Y = V::sub8(Vb, V::sel8(blue, R, V::sel8(green, B, G)));
     const I o = V::sel8(blue, V::set1_8(4), V::sel8(green, V::set1_8(2), zero));
     const I dd = V::maxu8(diff, one), vv = V::maxu8(Vb, one);
     I hue[4], sat[4];
     for (int q = 0; q < 4; ++q) {
         const F dq = widen<V>(dd, q), rd = V::div(V::set1(1.0f), dq);
         F h = V::sub(V::add(widen<V>(o, q), V::mul(widen<V>(X, q), rd)), V::mul(widen<V>(Y, q), rd));
-        h = V::sel(V::template cmp<_CMP_LT_OQ>(V::add(h, V::set1(1.1920929e-7f)), V::set1(0.0f)), V::add(h, V::set1(6.0f)), h);
+        const auto wrap = V::template cmp<_CMP_LT_OQ>(V::add(h, V::set1(1.1920929e-7f)), V::set1(0.0f));
+        h = V::sel(wrap, V::add(h, V::set1(6.0f)), h);
         hue[q] = V::truncI(V::add(V::mul(h, V::set1(42.5f)), V::set1(0.5f)));
         sat[q] = V::truncI(V::add(V::div(V::mul(dq, V::set1(255.0f)), widen<V>(vv, q)), V::set1(0.5f)));
     }
@@ -246,7 +257,8 @@ void blockToHls8(const uint8_t* src, uint8_t* d) {
     for (int q = 0; q < 4; ++q) {
         const F mx = unitOf<V>(top, q), xa = unitOf<V>(a, q), xb = unitOf<V>(b, q), mn = V::minOf(xa, xb);
         const F dq = V::sub(mx, mn), sum = V::add(mx, mn), L = V::mul(sum, V::set1(0.5f));
-        const F S = V::div(dq, V::sel(V::template cmp<_CMP_LE_OQ>(L, V::set1(0.5f)), sum, V::sub(V::set1(2.0f), sum)));
+        const auto low = V::template cmp<_CMP_LE_OQ>(L, V::set1(0.5f));
+        const F S = V::div(dq, V::sel(low, sum, V::sub(V::set1(2.0f), sum)));
         F h = V::add(V::div(V::mul(V::sub(xa, xb), V::set1(60.0f)), dq), widen<V>(o, q));
         h = V::sel(V::template cmp<_CMP_LT_OQ>(h, V::set1(0.0f)), V::add(h, V::set1(360.0f)), h);
         const F k = V::set1(255.0f);
@@ -344,7 +356,7 @@ void block32f(const float* s, float* d) {
     V::store(d + 2 * V::kN, vectorOf<V, 2>(a, b, c));
 }
 
-// Runs block(s, d) over whole blocks of W pixels of K elements T, then the rest.
+// Runs block(s, d) over whole blocks of W pixels of three elements T, then the rest.
 template <class T, int W, class Block>
 void rowOf(const void* const* sv, void* const* dv, blocks::Len n, Block&& block) {
     const T* s = static_cast<const T*>(sv[0]);

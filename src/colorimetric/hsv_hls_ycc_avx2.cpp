@@ -34,7 +34,9 @@ struct Avx2 {
 
     template <unsigned Bits>
     static F blend(F a, F b) { return _mm256_blend_ps(a, b, Bits); }
-    static F permute(F v, const std::array<int, kN>& at) { return _mm256_permutevar8x32_ps(v, _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at.data()))); }
+    static F permute(F v, const std::array<int, kN>& at) {
+        return _mm256_permutevar8x32_ps(v, _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at.data())));
+    }
 };
 
 }  // namespace

@@ -47,7 +47,9 @@ struct Avx512 {
 
     template <unsigned Bits>
     static F blend(F a, F b) { return _mm512_mask_blend_ps(__mmask16(Bits), a, b); }
-    static F permute(F v, const std::array<int, kN>& at) { return _mm512_permutexvar_ps(_mm512_loadu_si512(at.data()), v); }
+    static F permute(F v, const std::array<int, kN>& at) {
+        return _mm512_permutexvar_ps(_mm512_loadu_si512(at.data()), v);
+    }
 };
 
 }  // namespace
