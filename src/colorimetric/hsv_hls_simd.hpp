@@ -11,8 +11,8 @@
 // result of a comparison); the members of TPX_HLS_VECTOR_OPS below; floor,
 // cmp<predicate>, sel(m, yes, no), mor, blend<bits>(a, b) (b where the bit is
 // set) and permute(v, places) (element i from place i); on bytes: eq8, sel8
-// and or8 (comparisons of bytes and choices by them), orI, lanes16 (16 bytes
-// in every 128-bit lane), chunks and storeChunks (16 bytes per lane, lane j
+// and or8 (comparisons of bytes and choices by them), orI, control (a
+// vector of bytes from memory), chunks and storeChunks (16 bytes per lane, lane j
 // at p + 48 j).
 #pragma once
 
@@ -146,16 +146,32 @@ constexpr Control chunkControl(int k, int c) {
     for (int b = 0; b < 16; ++b) o[b] = (16 * k + b) % 3 == c ? int8_t((16 * k + b) / 3) : -1;
     return o;
 }
+// The controls repeated over the W bytes of a vector (loaded whole, they need
+// no broadcast).
+template <int W>
+constexpr std::array<int8_t, W> repeat(const Control& c) {
+    std::array<int8_t, W> o{};
+    for (int i = 0; i < W; ++i) o[i] = c[i % 16];
+    return o;
+}
+template <int W>
 struct Lane48 {
-    static constexpr Control kSpread[3] = {spreadControl(0), spreadControl(1), spreadControl(2)};
-    static constexpr Control kWiden[4] = {widenControl(0), widenControl(1), widenControl(2), widenControl(3)};
-    static constexpr Control kPlane[3][3] = {{planeControl(0, 0), planeControl(0, 1), planeControl(0, 2)},
-                                             {planeControl(1, 0), planeControl(1, 1), planeControl(1, 2)},
-                                             {planeControl(2, 0), planeControl(2, 1), planeControl(2, 2)}};
-    static constexpr Control kChunk[3][3] = {{chunkControl(0, 0), chunkControl(0, 1), chunkControl(0, 2)},
-                                             {chunkControl(1, 0), chunkControl(1, 1), chunkControl(1, 2)},
-                                             {chunkControl(2, 0), chunkControl(2, 1), chunkControl(2, 2)}};
+    using Wide = std::array<int8_t, W>;
+    static constexpr Wide kSpread[3] = {repeat<W>(spreadControl(0)), repeat<W>(spreadControl(1)),
+                                        repeat<W>(spreadControl(2))};
+    static constexpr Wide kWiden[4] = {repeat<W>(widenControl(0)), repeat<W>(widenControl(1)),
+                                       repeat<W>(widenControl(2)), repeat<W>(widenControl(3))};
+    static constexpr Wide kPlane[3][3] = {
+        {repeat<W>(planeControl(0, 0)), repeat<W>(planeControl(0, 1)), repeat<W>(planeControl(0, 2))},
+        {repeat<W>(planeControl(1, 0)), repeat<W>(planeControl(1, 1)), repeat<W>(planeControl(1, 2))},
+        {repeat<W>(planeControl(2, 0)), repeat<W>(planeControl(2, 1)), repeat<W>(planeControl(2, 2))}};
+    static constexpr Wide kChunk[3][3] = {
+        {repeat<W>(chunkControl(0, 0)), repeat<W>(chunkControl(0, 1)), repeat<W>(chunkControl(0, 2))},
+        {repeat<W>(chunkControl(1, 0)), repeat<W>(chunkControl(1, 1)), repeat<W>(chunkControl(1, 2))},
+        {repeat<W>(chunkControl(2, 0)), repeat<W>(chunkControl(2, 1)), repeat<W>(chunkControl(2, 2))}};
 };
+template <class V>
+using LaneOf = Lane48<int(sizeof(typename V::I))>;
 
 // The three chunks of a block and its four quads (quad q: pixels 4 q..4 q + 3
 // of each lane at the front).
@@ -168,19 +184,19 @@ struct Quads {
         quad[2] = V::template alignr<8>(chunk[2], chunk[1]), quad[3] = V::template bsrli<4>(chunk[2]);
     }
     typename V::F codes(int q, int c) const {
-        return V::toF(V::shuffle8(quad[q], V::lanes16(Lane48::kSpread[c].data())));
+        return V::toF(V::shuffle8(quad[q], V::control(LaneOf<V>::kSpread[c].data())));
     }
     // Channel c of the lane's 16 pixels as bytes.
     I plane(int c) const {
-        I v = V::shuffle8(chunk[0], V::lanes16(Lane48::kPlane[0][c].data()));
-        v = V::orI(v, V::shuffle8(chunk[1], V::lanes16(Lane48::kPlane[1][c].data())));
-        return V::orI(v, V::shuffle8(chunk[2], V::lanes16(Lane48::kPlane[2][c].data())));
+        I v = V::shuffle8(chunk[0], V::control(LaneOf<V>::kPlane[0][c].data()));
+        v = V::orI(v, V::shuffle8(chunk[1], V::control(LaneOf<V>::kPlane[1][c].data())));
+        return V::orI(v, V::shuffle8(chunk[2], V::control(LaneOf<V>::kPlane[2][c].data())));
     }
 };
 // Quad q of a channel's bytes as floats.
 template <class V>
 typename V::F widen(typename V::I v, int q) {
-    return V::toF(V::shuffle8(v, V::lanes16(Lane48::kWiden[q].data())));
+    return V::toF(V::shuffle8(v, V::control(LaneOf<V>::kWiden[q].data())));
 }
 // Four quads of 32-bit integers as the lane's 16 bytes, saturated to 0..255
 // as the block rows store them.
@@ -191,9 +207,9 @@ typename V::I bytesOf(const typename V::I (&v)[4]) {
 // Chunk k of three channels of bytes, interleaved.
 template <class V>
 typename V::I chunkOf(int k, typename V::I a, typename V::I b, typename V::I c) {
-    const typename V::I ab = V::orI(V::shuffle8(a, V::lanes16(Lane48::kChunk[k][0].data())),
-                                    V::shuffle8(b, V::lanes16(Lane48::kChunk[k][1].data())));
-    return V::orI(ab, V::shuffle8(c, V::lanes16(Lane48::kChunk[k][2].data())));
+    const typename V::I ab = V::orI(V::shuffle8(a, V::control(LaneOf<V>::kChunk[k][0].data())),
+                                    V::shuffle8(b, V::control(LaneOf<V>::kChunk[k][1].data())));
+    return V::orI(ab, V::shuffle8(c, V::control(LaneOf<V>::kChunk[k][2].data())));
 }
 
 // 8u RGB to HSV: V, the least value, their difference d and the channels
@@ -204,7 +220,7 @@ typename V::I chunkOf(int k, typename V::I a, typename V::I b, typename V::I c) 
 // floats, their floor() the truncating conversions (both are at least 0).
 // Grey pixels (d = 0) divide by 1 and get hue and saturation 0.
 template <class V>
-void blockToHsv8(const uint8_t* src, uint8_t* d) {
+[[gnu::always_inline]] inline void blockToHsv8(const uint8_t* src, uint8_t* d) {
     using I = typename V::I;
     using F = typename V::F;
     const Quads<V> in(src);
@@ -244,7 +260,7 @@ typename V::F unitOf(typename V::I bytes, int q) {
     return V::fma(V::fnma(p, k, x), r, p);
 }
 template <class V>
-void blockToHls8(const uint8_t* src, uint8_t* d) {
+[[gnu::always_inline]] inline void blockToHls8(const uint8_t* src, uint8_t* d) {
     using I = typename V::I;
     using F = typename V::F;
     const Quads<V> in(src);
@@ -276,7 +292,7 @@ void blockToHls8(const uint8_t* src, uint8_t* d) {
 // q and t on the bytes. S = 0 needs no test of its own: s, sV and sVf are 0,
 // and p, q and t the whole number V.
 template <class V>
-void blockFromHsv8(const uint8_t* src, uint8_t* d) {
+[[gnu::always_inline]] inline void blockFromHsv8(const uint8_t* src, uint8_t* d) {
     using I = typename V::I;
     using F = typename V::F;
     const Quads<V> in(src);
@@ -383,7 +399,7 @@ void rowOf(const void* const* sv, void* const* dv, blocks::Len n, Block&& block)
 
 template <class V, void (*Block)(const uint8_t*, uint8_t*)>
 void row8u(const void* const* s, void* const* d, blocks::Len n, const void*) {
-    rowOf<uint8_t, 4 * V::kN>(s, d, n, Block);
+    rowOf<uint8_t, 4 * V::kN>(s, d, n, [](const uint8_t* p, uint8_t* q) { Block(p, q); });
 }
 template <class V, template <class> class Op>
 void row32f(const void* const* s, void* const* d, blocks::Len n, const void*) {

@@ -18,9 +18,7 @@ struct Avx2 {
     static F sel(M m, F yes, F no) { return _mm256_blendv_ps(no, yes, m); }
     static M mor(M a, M b) { return _mm256_or_ps(a, b); }
 
-    static I lanes16(const int8_t* c) {
-        return _mm256_broadcastsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(c)));
-    }
+    static I control(const int8_t* c) { return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(c)); }
     static I eq8(I a, I b) { return _mm256_cmpeq_epi8(a, b); }
     static I sel8(I m, I yes, I no) { return _mm256_blendv_epi8(no, yes, m); }
     static I or8(I a, I b) { return _mm256_or_si256(a, b); }

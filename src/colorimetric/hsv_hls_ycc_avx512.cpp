@@ -24,9 +24,7 @@ struct Avx512 {
     static F sel(M m, F yes, F no) { return _mm512_mask_blend_ps(m, no, yes); }
     static M mor(M a, M b) { return M(a | b); }
 
-    static I lanes16(const int8_t* c) {
-        return _mm512_broadcast_i32x4(_mm_loadu_si128(reinterpret_cast<const __m128i*>(c)));
-    }
+    static I control(const int8_t* c) { return _mm512_loadu_si512(c); }
     static __mmask64 eq8(I a, I b) { return _mm512_cmpeq_epi8_mask(a, b); }
     static I sel8(__mmask64 m, I yes, I no) { return _mm512_mask_blend_epi8(m, no, yes); }
     static __mmask64 or8(__mmask64 a, __mmask64 b) { return a | b; }
