@@ -153,6 +153,7 @@ TEST(HsvHlsYcc, StatedValues) {
     using V = std::vector<double>;
     // Gray gives hue and saturation 0 (-32768 in 16s).
     EXPECT_EQ(onePixel<Tpx8u>(tpxiRGBToHSV_8u_C3R, 90, 90, 90), (V{0, 0, 90}));
+    EXPECT_EQ(onePixel<Tpx8u>(tpxiRGBToHLS_8u_C3R, 90, 90, 90), (V{0, 90, 0}));
     EXPECT_EQ(onePixel<Tpx16u>(tpxiRGBToHSV_16u_C3R, 0, 0, 0), (V{0, 0, 0}));
     EXPECT_EQ(onePixel<Tpx16u>(tpxiRGBToHLS_16u_C3R, 700, 700, 700), (V{0, 700, 0}));
     EXPECT_EQ(onePixel<Tpx16s>(tpxiRGBToHLS_16s_C3R, 1000, 1000, 1000), (V{-32768, 1000, -32768}));
@@ -162,6 +163,8 @@ TEST(HsvHlsYcc, StatedValues) {
     // Hue 65535 is hue 0.
     EXPECT_EQ(onePixel<Tpx16u>(tpxiHSVToRGB_16u_C3R, 65535, 65535, 40000), (V{40000, 0, 0}));
     EXPECT_EQ(onePixel<Tpx16u>(tpxiHSVToRGB_16u_C3R, 0, 65535, 40000), (V{40000, 0, 0}));
+    // No saturation: V whatever the hue.
+    EXPECT_EQ(onePixel<Tpx8u>(tpxiHSVToRGB_8u_C3R, 200, 0, 77), (V{77, 77, 77}));
     // YCC of black; the inverse clamps red and blue below 0 and above 1.
     EXPECT_EQ(onePixel<Tpx32f>(tpxiRGBToYCC_32f_C3R, 0, 0, 0), (V{0, double(0.6117647f), double(0.5372549f)}));
     const V low = onePixel<Tpx32f>(tpxiYCCToRGB_32f_C3R, 0, 0, 0), high = onePixel<Tpx32f>(tpxiYCCToRGB_32f_C3R, 1, 1, 1);
