@@ -1,5 +1,6 @@
 // Vector rows of the busiest XYZ, Lab and LUV members (RGB to XYZ 8u and
-// 32f, RGB to Lab 8u and 32f, RGB to LUV 8u, all C3 in RGB order), written
+// 32f, RGB to Lab 8u and 32f, Lab to RGB 32f, RGB to LUV 8u, all C3 in RGB
+// order), written
 // once over a vector traits class V (xyz_lab_luv_avx2.cpp,
 // xyz_lab_luv_avx512.cpp). They evaluate the block rows' arithmetic of
 // xyz_lab_luv.hpp operation for operation, in single precision without fused
@@ -141,13 +142,15 @@ struct Simd {
 
 // ---- Vectors of pixels: kK vectors of three source codes in, of three
 // destination codes out, each step over all of them before the next (the
-// chains of one vector are too long to keep the units busy alone).
-constexpr int kK = 2;
+// chains of one vector are too long to keep the units busy alone; LUV, one
+// root a pixel, gains most from more of them, Lab with the AVX-512 table in
+// registers loses from more than two).
 #define TPX_EACH for (int j = 0; j < kK; ++j)
 
 template <class V>
 struct XyzPixels {
     using F = typename V::F;
+    static constexpr int kK = 4;
     static void apply(const typename V::Roots&, F* a, F* b, F* c) { TPX_EACH Simd<V>::toXyz(a[j], b[j], c[j]); }
 };
 
@@ -156,6 +159,7 @@ template <class V, bool Bytes>
 struct LabPixels {
     using F = typename V::F;
     using S = Simd<V>;
+    static constexpr int kK = V::kN == 8 ? 4 : 2;
     static void apply(const typename V::Roots& roots, F* a, F* b, F* c) {
         F t[3 * kK], root[3 * kK];  // x, y, z of each vector
         const F one = S::k(1.0f);
@@ -176,12 +180,32 @@ struct LabPixels {
     }
 };
 
+// fromLab for 32f: the cube everywhere, no clamping.
+template <class V>
+struct FromLabPixels {
+    using F = typename V::F;
+    using S = Simd<V>;
+    static constexpr int kK = 4;
+    static F cube(F f) { return V::mul(V::mul(f, f), f); }
+    static void apply(const typename V::Roots&, F* a, F* b, F* c) {
+        TPX_EACH {
+            const F fy = S::mul(S::add(a[j], 16.0f), 0.00862069f), fx = V::add(fy, S::mul(b[j], 0.002f)),
+                    fz = V::sub(fy, S::mul(c[j], 0.005f));
+            const F Y = cube(fy), X = S::mul(cube(fx), 0.950456f), Z = S::mul(cube(fz), 1.0887539f);
+            a[j] = V::sub(V::add(S::mul(Y, -1.53715f), S::mul(X, 3.240479f)), S::mul(Z, 0.498535f));
+            b[j] = V::add(V::sub(S::mul(Y, 1.875991f), S::mul(X, 0.969256f)), S::mul(Z, 0.041556f));
+            c[j] = V::add(V::add(S::mul(Y, -0.204043f), S::mul(X, 0.055648f)), S::mul(Z, 1.057311f));
+        }
+    }
+};
+
 // toLuv for 8u in float: the codes times the float 1/255, L from the table
 // root refined by one Newton step, u and v codes 0 where X + 15Y + 3Z is 0.
 template <class V>
 struct LuvPixels {
     using F = typename V::F;
     using S = Simd<V>;
+    static constexpr int kK = 4;
     static void apply(const typename V::Roots& roots, F* a, F* b, F* c) {
         const float scale = 1.0f / 255.0f;
         F y[kK], r[kK];
@@ -218,11 +242,11 @@ inline void blockRow(const void* const* s, void* const* d, Len from, Len to, con
     Tail(s1, d1, to - from, args);
 }
 
-// 8u C3 to 8u C3, kK vectors a block (a multiple of 16 pixels).
+// 8u C3 to 8u C3, P::kK vectors a block (a multiple of 16 pixels).
 template <class V, class P, Row Tail>
 void rowBytes(const void* const* s, void* const* d, Len n, const void* args) {
     using F = typename V::F;
-    constexpr int kLoads = kK * V::kN / 16, kPer = 16 / V::kN;  // 16-pixel loads a block, vectors a load
+    constexpr int kK = P::kK, kLoads = kK * V::kN / 16, kPer = 16 / V::kN;  // 16-pixel loads a block, vectors a load
     static_assert(kLoads * kPer == kK, "whole 16-pixel loads");
     const uint8_t* src = static_cast<const uint8_t*>(s[0]);
     uint8_t* dst = static_cast<uint8_t*>(d[0]);
@@ -237,12 +261,13 @@ void rowBytes(const void* const* s, void* const* d, Len n, const void* args) {
     blockRow<uint8_t, Tail>(s, d, x, n, args);
 }
 
-// 32f C3 to 32f C3, kK vectors a block. The blocks start where the
+// 32f C3 to 32f C3, P::kK vectors a block. The blocks start where the
 // destination is aligned to the vector size (the pixels before go through
 // `Tail`): stores that straddle cache lines cost about twice the time.
 template <class V, class P, Row Tail>
 void rowFloats(const void* const* s, void* const* d, Len n, const void* args) {
     using F = typename V::F;
+    constexpr int kK = P::kK;
     constexpr Len kBlock = kK * V::kN;
     const float* src = static_cast<const float*>(s[0]);
     float* dst = static_cast<float*>(d[0]);
@@ -270,6 +295,7 @@ constexpr Rows vectorRows(Rows r) {
     r.r_float_float_3_3_kToXyz_0 = rowFloats<V, XyzPixels<V>, kBlockRow<float, kToXyz>>;
     r.r_uint8_t_uint8_t_3_3_kToLab_0 = rowBytes<V, LabPixels<V, true>, kBlockRow<uint8_t, kToLab>>;
     r.r_float_float_3_3_kToLab_0 = rowFloats<V, LabPixels<V, false>, kBlockRow<float, kToLab>>;
+    r.r_float_float_3_3_kFromLab_0 = rowFloats<V, FromLabPixels<V>, kBlockRow<float, kFromLab>>;
     r.r_uint8_t_uint8_t_3_3_kToLuv_0 = rowBytes<V, LuvPixels<V>, kBlockRow<uint8_t, kToLuv>>;
     return r;
 }
