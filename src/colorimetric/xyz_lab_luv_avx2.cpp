@@ -12,6 +12,8 @@ struct Avx2 {
     // The table read pair by pair (c_i and r_i are adjacent).
     struct Roots {
         Roots() {}
+        // Truncated, negatives and NaN (INT_MIN) to entry 0.
+        static I index(F x) { return _mm256_max_epi32(_mm256_cvttps_epi32(x), _mm256_setzero_si256()); }
         void get(I i, F& c, F& r) const {
             // The indices through memory: loads are cheaper than extractions.
             alignas(32) int32_t k[8];

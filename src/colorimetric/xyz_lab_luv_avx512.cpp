@@ -57,6 +57,8 @@ struct Avx512 {
             c[0] = _mm512_mask_mov_ps(c[0], 1, _mm512_set1_ps(kCubeRoots[128].c));
             r[0] = _mm512_mask_mov_ps(r[0], 1, _mm512_set1_ps(kCubeRoots[128].r));
         }
+        // Truncated; the lookup reads the low seven bits only.
+        static I index(F x) { return _mm512_cvttps_epi32(x); }
         static F pick(const F* t, I i, M b5, M b6) {
             const F lo = _mm512_mask_blend_ps(b5, _mm512_permutex2var_ps(t[0], i, t[1]), _mm512_permutex2var_ps(t[2], i, t[3]));
             const F hi = _mm512_mask_blend_ps(b5, _mm512_permutex2var_ps(t[4], i, t[5]), _mm512_permutex2var_ps(t[6], i, t[7]));

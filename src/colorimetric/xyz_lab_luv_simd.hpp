@@ -8,15 +8,15 @@
 // blocks go through the block rows themselves.
 //
 // V supplies (most through TPX_CIE_ARITHMETIC): F (V::kN floats), I (as
-// many 32-bit integers); set1, add, sub,
-// mul, div, min (min(a, b): a < b ? a : b), gt (ordered a > b), eq, sel
-// (m ? a : b), trunc (float to int, toward zero), nextUp (the next float up,
-// for positive finite floats); Roots, the cube-root table as the tier reads
-// it (built once a row; roots.get(i, c, r) gives c_i and r_i); load8u /
-// store8u between 16 C3 pixels and three channels of 16 / kN vectors
-// (rounding to nearest even, saturating to 0..255; every result here is far
-// inside the int32 range); load32f / store32f between kN C3 pixels and
-// three channel vectors.
+// many 32-bit integers); set1, add, sub, mul, div, min (min(a, b): a < b ?
+// a : b), gt (ordered a > b), eq, sel (m ? a : b), nextUp (the next float
+// up, for positive finite floats); Roots, the cube-root table as the tier
+// reads it (built once a row; roots.index(x) gives trunc(x) for x in
+// [1, 128] and some entry for any other x, NaN too; roots.get(i, c, r) gives
+// c_i and r_i); load8u / store8u between 16 C3 pixels and three channels of
+// 16 / kN vectors (rounding to nearest even, saturating to 0..255; every
+// result here is far inside the int32 range); load32f / store32f between kN
+// C3 pixels and three channel vectors.
 #pragma once
 
 #include "colorimetric/xyz_lab_luv.hpp"
@@ -40,7 +40,6 @@ namespace {
     static F min(F a, F b) { return P##_min_ps(a, b); }                                      \
     static auto gt(F a, F b) { return P##C(a, b, _CMP_GT_OQ); }                              \
     static auto eq(F a, F b) { return P##C(a, b, _CMP_EQ_OQ); }                              \
-    static I trunc(F a) { return P##_cvttps_epi32(a); }                                      \
     static F nextUp(F a) { return P##_castsi##W##_ps(P##_add_epi32(P##_castps_si##W(a), P##_set1_epi32(1))); }
 
 // 16 C3 pixels of bytes (48) and their three channels of 16 bytes, by byte
@@ -113,24 +112,25 @@ struct Simd {
     }
 
     // tableRoot of K values side by side (their steps interleaved, so that
-    // the long Horner chains overlap): t clamped to 1, other t than
-    // (threshold, 1] read entry 128.
+    // the long Horner chains overlap), for t at most 1 (or NaN; the callers
+    // clamp). Where t is above the threshold this is tableRoot's arithmetic;
+    // elsewhere the callers take their linear branch and the root, from
+    // whatever entry roots.index(t * 128) picks, is not used (tableRoot
+    // reads entry 128 there, to the same end).
     template <int K>
     static void tableRoots(const typename V::Roots& roots, const F (&t)[K], F (&root)[K]) {
         static constexpr float kP[7] = {0.019001168f, -0.023472032f, 0.030178327f, -0.041152265f,
                                         0.061728396f, -0.11111111f,  0.33333334f};
-        const F one = k(1.0f);
         F u[K], c[K], p[K];
         for (int j = 0; j < K; ++j) {
-            const F below = V::min(one, t[j]), ti = V::sel(V::gt(below, k(kThreshold)), below, one);
             F r;
-            roots.get(V::trunc(mul(ti, 128.0f)), c[j], r);
-            u[j] = sub(V::mul(ti, r), 1.0f);
+            roots.get(roots.index(mul(t[j], 128.0f)), c[j], r);
+            u[j] = sub(V::mul(t[j], r), 1.0f);
             p[j] = k(-0.015834307f);
         }
         for (float q : kP)
             for (int j = 0; j < K; ++j) p[j] = V::add(V::mul(p[j], u[j]), k(q));
-        for (int j = 0; j < K; ++j) root[j] = V::mul(c[j], V::add(one, V::mul(u[j], p[j])));
+        for (int j = 0; j < K; ++j) root[j] = V::mul(c[j], V::add(k(1.0f), V::mul(u[j], p[j])));
     }
     // f(t) of toLab: the root above the threshold, 7.787 t + 16/116 at or below.
     static F labF(F t, F root) { return V::sel(V::gt(t, k(kThreshold)), root, add(mul(t, 7.787f), 0.13793103f)); }
