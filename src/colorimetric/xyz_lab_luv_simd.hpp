@@ -9,14 +9,13 @@
 //
 // V supplies (most through TPX_CIE_ARITHMETIC): F (V::kN floats), I (as
 // many 32-bit integers); set1, add, sub, mul, div, min (min(a, b): a < b ?
-// a : b), gt (ordered a > b), eq, sel (m ? a : b), nextUp (the next float
-// up, for positive finite floats); Roots, the cube-root table as the tier
-// reads it (built once a row; roots.index(x) gives trunc(x) for x in
-// [1, 128] and some entry for any other x, NaN too; roots.get(i, c, r) gives
-// c_i and r_i); load8u / store8u between 16 C3 pixels and three channels of
-// 16 / kN vectors (rounding to nearest even, saturating to 0..255; every
-// result here is far inside the int32 range); load32f / store32f between kN
-// C3 pixels and three channel vectors.
+// a : b), gt (ordered a > b), eq, sel (m ? a : b); Roots, the cube-root
+// table as the tier reads it (built once a row; roots.index(x) gives
+// trunc(x) for x in [1, 128] and some entry for any other x, NaN too;
+// roots.get(i, c, r) gives c_i and r_i); load8u / store8u between 16 C3
+// pixels and three channels of 16 / kN vectors (rounding to nearest even,
+// saturating to 0..255; every result here is far inside the int32 range);
+// load32f / store32f between kN C3 pixels and three channel vectors.
 #pragma once
 
 #include "colorimetric/xyz_lab_luv.hpp"
@@ -39,8 +38,7 @@ namespace {
     static F div(F a, F b) { return P##_div_ps(a, b); }                                      \
     static F min(F a, F b) { return P##_min_ps(a, b); }                                      \
     static auto gt(F a, F b) { return P##C(a, b, _CMP_GT_OQ); }                              \
-    static auto eq(F a, F b) { return P##C(a, b, _CMP_EQ_OQ); }                              \
-    static F nextUp(F a) { return P##_castsi##W##_ps(P##_add_epi32(P##_castps_si##W(a), P##_set1_epi32(1))); }
+    static auto eq(F a, F b) { return P##C(a, b, _CMP_EQ_OQ); }
 
 // 16 C3 pixels of bytes (48) and their three channels of 16 bytes, by byte
 // shuffles: byte q of the pixels is channel q % 3 of pixel q / 3.
@@ -91,16 +89,6 @@ struct Simd {
     static F mul(F a, float b) { return V::mul(a, k(b)); }
     static F add(F a, float b) { return V::add(a, k(b)); }
     static F sub(F a, float b) { return V::sub(a, k(b)); }
-
-    // r / 255 (IEEE division) for whole r in 0..255 without a division: as
-    // 2^24 = 255 * 65793 + 1, r / 255 = (r * 65793 + r / 255) / 2^24, where
-    // r * 65793 / 2^24 is exact and r / 255 / 2^24 lies between one half and
-    // one unit in its last place, so the quotient is the next float up (r = 255:
-    // exactly 1); 0 stays 0.
-    static F byteUnit(F r) {
-        const F zero = k(0.0f);
-        return V::sel(V::gt(r, zero), V::nextUp(mul(r, 65793.0f / 16777216.0f)), zero);
-    }
 
     // (m0 R + m1 G) + m2 B, the row order of toXyz and fromXyz.
     static F dot(F r, F g, F b, float m0, float m1, float m2) {
@@ -164,7 +152,10 @@ struct LabPixels {
         F t[3 * kK], root[3 * kK];  // x, y, z of each vector
         const F one = S::k(1.0f);
         TPX_EACH {
-            if constexpr (Bytes) a[j] = S::byteUnit(a[j]), b[j] = S::byteUnit(b[j]), c[j] = S::byteUnit(c[j]);
+            if constexpr (Bytes) {
+                const F full = S::k(255.0f);
+                a[j] = V::div(a[j], full), b[j] = V::div(b[j], full), c[j] = V::div(c[j], full);
+            }
             S::toXyz(a[j], b[j], c[j]);
             t[3 * j] = V::min(one, S::mul(a[j], 1.0521265f));
             t[3 * j + 1] = V::min(one, b[j]);
