@@ -1,6 +1,7 @@
 // HSV, HLS and photo YCC rows compiled for AVX2: the block rows (bodies in
-// hsv_hls_ycc.hpp) and the hand-written ones of hsv_hls_simd.hpp.
+// hsv_hls_ycc.hpp) and the hand-written ones of hsv_hls_simd.hpp and ycc_simd.hpp.
 #include "colorimetric/hsv_hls_simd.hpp"
+#include "colorimetric/ycc_simd.hpp"
 
 namespace tpx::hls {
 namespace {
@@ -39,5 +40,5 @@ struct Avx2 {
 
 }  // namespace
 
-const Rows kRowsAvx2 = simd::withSimdRows<Avx2>(Rows TPX_HLS_TABLE);
+const Rows kRowsAvx2 = ycc::withYccRows(simd::withSimdRows<Avx2>(Rows TPX_HLS_TABLE));
 }  // namespace tpx::hls

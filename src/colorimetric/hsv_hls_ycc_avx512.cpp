@@ -1,5 +1,5 @@
 // HSV, HLS and photo YCC rows compiled for AVX-512: the block rows (bodies in
-// hsv_hls_ycc.hpp) and the hand-written ones of hsv_hls_simd.hpp.
+// hsv_hls_ycc.hpp) and the hand-written ones of hsv_hls_simd.hpp and ycc_simd.hpp.
 // GCC's AVX-512 intrinsics pass an undefined vector as the unused merge source
 // of their unmasked forms, which -W(maybe-)uninitialized reports after inlining.
 #if defined(__GNUC__) && !defined(__clang__)
@@ -7,6 +7,7 @@
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
 #endif
 #include "colorimetric/hsv_hls_simd.hpp"
+#include "colorimetric/ycc_simd.hpp"
 
 namespace tpx::hls {
 namespace {
@@ -52,5 +53,5 @@ struct Avx512 {
 
 }  // namespace
 
-const Rows kRowsAvx512 = simd::withSimdRows<Avx512>(Rows TPX_HLS_TABLE);
+const Rows kRowsAvx512 = ycc::withYccRows(simd::withSimdRows<Avx512>(Rows TPX_HLS_TABLE));
 }  // namespace tpx::hls
