@@ -35,6 +35,26 @@ struct Avx2 {
         even = _mm256_packus_epi32(_mm256_and_si256(a, low), _mm256_and_si256(b, low));
         odd = _mm256_packus_epi32(_mm256_srli_epi32(a, 16), _mm256_srli_epi32(b, 16));
     }
+    // R << 8, G << 8 and B << 8 of the pixels of a and b as words, in the
+    // order of evenOdd: one byte shuffle puts each lane's four R bytes and four
+    // G bytes into the high bytes of its words, another its B bytes, and
+    // 64-bit unpacks join a's and b's halves.
+    static void channelWords(I a, I b, I& r, I& g, I& bl) {
+        alignas(16) static constexpr auto masks = [] {
+            std::array<int8_t, 32> m{};
+            for (int w = 0; w < 8; ++w) {
+                m[size_t(2 * w)] = m[size_t(16 + 2 * w)] = -128;
+                m[size_t(2 * w + 1)] = int8_t(w < 4 ? 4 * w : 4 * (w - 4) + 1);
+                m[size_t(16 + 2 * w + 1)] = int8_t(w < 4 ? 4 * w + 2 : -128);
+            }
+            return m;
+        }();
+        const I mRG = _mm256_broadcastsi128_si256(_mm_load_si128(reinterpret_cast<const __m128i*>(masks.data())));
+        const I mB = _mm256_broadcastsi128_si256(_mm_load_si128(reinterpret_cast<const __m128i*>(masks.data() + 16)));
+        const I rgA = _mm256_shuffle_epi8(a, mRG), rgB = _mm256_shuffle_epi8(b, mRG);
+        r = _mm256_unpacklo_epi64(rgA, rgB), g = _mm256_unpackhi_epi64(rgA, rgB);
+        bl = _mm256_unpacklo_epi64(_mm256_shuffle_epi8(a, mB), _mm256_shuffle_epi8(b, mB));
+    }
     // Bytes of two evenOdd orders packed together back to pixel order.
     static I fixPackWords(I x) { return _mm256_permutevar8x32_epi32(x, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7)); }
     // 64-bit halves of a two-source pack back to source order.

@@ -43,6 +43,12 @@ struct Avx512 {
         even = _mm512_permutex2var_epi16(a, e, b);
         odd = _mm512_permutex2var_epi16(a, _mm512_add_epi16(e, _mm512_set1_epi16(1)), b);
     }
+    // R << 8, G << 8 and B << 8 of the pixels of a then b, as words in order.
+    static void channelWords(I a, I b, I& r, I& g, I& bl) {
+        I rg, ba;
+        evenOdd(a, b, rg, ba);
+        r = slli16_8(rg), g = and_(rg, set1_32(0xFF00FF00u)), bl = slli16_8(ba);
+    }
     // Two vectors of words packed to bytes (lane k: 8 of each) back to pixel order.
     static I fixPackWords(I x) { return fixPack64(x); }
     static I fixPack64(I x) { return _mm512_permutexvar_epi64(_mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7), x); }

@@ -81,21 +81,20 @@ inline void prefetchBlock(const void* s, int srcBytes, const void* d, int dstByt
 template <class V>
 struct Gray8u {
     using I = typename V::I;
-    I q0, q1, q2, gMask, round;
+    I q0, q1, q2, round;
     explicit Gray8u(const uint16_t* q)
         : q0(V::set1_32(uint32_t(q[0]) * 0x10001u)),
           q1(V::set1_32(uint32_t(q[1]) * 0x10001u)),
           q2(V::set1_32(uint32_t(q[2]) * 0x10001u)),
-          gMask(V::set1_32(0xFF00FF00u)),
           round(V::set1_32(0x00400040u)) {}
 
-    // 2 * kF pixels from two vectors, as 16-bit values in the order of V::evenOdd.
+    // 2 * kF pixels from two vectors, as 16-bit values in the order of V::channelWords.
     I pixels(I x1, I x2) const {
-        I rg, ba;
-        V::evenOdd(x1, x2, rg, ba);
-        const I r = V::mulhi_u16(V::slli16_8(rg), q0);
-        const I g = V::mulhi_u16(V::and_(rg, gMask), q1);
-        const I b = V::mulhi_u16(V::slli16_8(ba), q2);
+        I r8, g8, b8;
+        V::channelWords(x1, x2, r8, g8, b8);
+        const I r = V::mulhi_u16(r8, q0);
+        const I g = V::mulhi_u16(g8, q1);
+        const I b = V::mulhi_u16(b8, q2);
         return V::srai16_7(V::adds_u16(V::adds_u16(V::adds_u16(r, g), b), round));
     }
 
