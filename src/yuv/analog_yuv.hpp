@@ -211,7 +211,7 @@ inline yuv::sub::Row decoderRow(const uint8_t* y, const uint8_t* u, const uint8_
 
 // Pixels [0, returned) of a 4:4:4 row by the vector rows of the YCbCr 4:4:4
 // family's analog arithmetic (ycbcr444_simd.hpp), which give the same bytes;
-// none for a source whose fourth channel is copied to a plane.
+// a source's fourth channel copied to a plane follows here.
 template <bool Enc, int SK, int DK, int F>
 Len vectors444(const uint8_t* const* s, uint8_t* const* d, Len n, uint8_t alpha) {
 #if TPX_ANALOG_VECTOR_ROWS == 0
@@ -226,9 +226,15 @@ Len vectors444(const uint8_t* const* s, uint8_t* const* d, Len n, uint8_t alpha)
     yuv444::Row r{};
     for (int c = 0; c < 3; ++c) r.src[c] = SK == 1 ? s[c] : s[0], r.dst[c] = DK == 1 ? d[c] : d[0];
     r.width = int(n), r.alpha = alpha;
-    if constexpr (F == kCopy) return 0;
-    else if constexpr (Enc) return (SK == 1 ? isa::analogEncodeP3 : SK == 4 ? isa::analogEncodeAC4
-                                    : DK == 1 ? isa::analogEncodeC3P3 : isa::analogEncodeC3)(r);
+    if constexpr (F == kCopy) {
+        const Len done = isa::analogEncodeAC4P3(r);
+        const uint8_t* __restrict px = s[0];
+        uint8_t* __restrict alpha = d[3];
+        TPX_INDEPENDENT
+        for (Len i = 0; i < done; ++i) alpha[i] = px[4 * i + 3];
+        return done;
+    } else if constexpr (Enc) return (SK == 1 ? isa::analogEncodeP3 : SK == 4 ? isa::analogEncodeAC4
+                                      : DK == 1 ? isa::analogEncodeC3P3 : isa::analogEncodeC3)(r);
     else return (SK == 4 ? isa::analogDecodeAC4 : SK == 1 ? (DK == 1 ? isa::analogDecodeP3 : isa::analogDecodeP3C3)
                  : DK == 4 ? isa::analogDecodeC3C4 : isa::analogDecodeC3)(r);
 #endif

@@ -124,7 +124,8 @@ TpxStatus checkedConvert(S src, int srcStep, D dst, int dstStep, TpxSize roi, ui
 #define TPX_YUV444_SIMD_ROWS(X)                                                                       \
     X(encodeC3Block) X(encodeC3P3) X(encodeAC4P3) X(encodeP3) X(encodeAC4)                            \
     X(decodeC3) X(decodeP3) X(decodeP3C3Rgb) X(decodeP3C3Bgr) X(decode709P3C3Bgr) X(decodeAC4)        \
-    X(analogEncodeC3) X(analogEncodeAC4) X(analogEncodeC3P3) X(analogEncodeP3) X(analogDecodeC3)      \
+    X(analogEncodeC3) X(analogEncodeAC4) X(analogEncodeC3P3) X(analogEncodeAC4P3) X(analogEncodeP3)    \
+    X(analogDecodeC3)                                                                                 \
     X(analogDecodeAC4) X(analogDecodeC3C4) X(analogDecodeP3C3) X(analogDecodeP3)
 #define TPX_YUV444_AVX2_ROWS(X) X(decodeP3C4Rgb) X(decodeP3C4Bgr) X(decode709P3C4Bgr)
 #define TPX_YUV444_DECLARE(name) int name(const Row&);

@@ -269,6 +269,7 @@ int decodeAC4(const Row& r) { return decodeRows<Pack::AC4, Pack::AC4, false, fal
 int analogEncodeC3(const Row& r) { return encodeAnalogRows<Pack::C3, Pack::C3>(r); }
 int analogEncodeAC4(const Row& r) { return encodeAnalogRows<Pack::AC4, Pack::AC4>(r); }
 int analogEncodeC3P3(const Row& r) { return encodeAnalogRows<Pack::C3, Pack::P3>(r); }
+int analogEncodeAC4P3(const Row& r) { return encodeAnalogRows<Pack::AC4, Pack::P3>(r); }
 int analogEncodeP3(const Row& r) { return encodeAnalogRows<Pack::P3, Pack::P3>(r); }
 int analogDecodeC3(const Row& r) { return decodeAnalogRows<Pack::C3, Pack::C3>(r); }
 int analogDecodeAC4(const Row& r) { return decodeAnalogRows<Pack::AC4, Pack::AC4>(r); }
