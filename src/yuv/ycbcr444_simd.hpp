@@ -226,6 +226,7 @@ int encodeAnalogRows(const Row& row) {
             out[2][h] = add16(add16(mulhi16(tv, kv), tv), half);
         }
         auto order = [](V q) { return S == Pack::AC4 && D == Pack::P3 ? fromGroups(q) : q; };
+        prefetchDestination<D>(r, x);
         storeTri<D>(r, x, {{order(packus16(out[0][0], out[0][1])), order(packus16(out[1][0], out[1][1])),
                             order(packus16(out[2][0], out[2][1]))}});
     }
