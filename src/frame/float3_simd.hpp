@@ -76,13 +76,7 @@ std::ptrdiff_t floatRow8(const uint8_t* const* src, uint8_t* const* dst, std::pt
         }
         Tri out;
         for (int i = 0; i < 3; ++i) out.c[i] = packus16(packs32(q[i][0], q[i][1]), packs32(q[i][2], q[i][3]));
-        // Interleaved destination lines 1 KiB ahead are requested before the
-        // stores (a read prefetch: it never faults and changes nothing): the
-        // lane-wise stores run slower on lines that are not yet in the cache.
-        if constexpr (K != 1) {
-            const char* ahead = reinterpret_cast<const char*>(dst[0] + K * x) + 1024;
-            for (int k = 0; k < K * kStep; k += 64) _mm_prefetch(ahead + k, _MM_HINT_T0);
-        }
+        prefetchDestination<K>(dst[0], x);
         storePixels<K, true>(dst, x, out, 0);
     }
     return x;
