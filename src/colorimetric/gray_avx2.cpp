@@ -21,24 +21,17 @@ struct Avx2 {
 
     static I and_(I a, I b) { return _mm256_and_si256(a, b); }
     static I xor_(I a, I b) { return _mm256_xor_si256(a, b); }
-    static I slli16_8(I x) { return _mm256_slli_epi16(x, 8); }
     static I srai16_7(I x) { return _mm256_srai_epi16(x, 7); }
     static I mulhi_u16(I a, I b) { return _mm256_mulhi_epu16(a, b); }
     static I adds_u16(I a, I b) { return _mm256_adds_epu16(a, b); }
     static I packus16(I a, I b) { return _mm256_packus_epi16(a, b); }
     static I packus32(I a, I b) { return _mm256_packus_epi32(a, b); }
     static I shuffle8(I x, I m) { return _mm256_shuffle_epi8(x, m); }
-    // Low words and high words of the 32-bit elements of a and b, each as one
-    // vector holding a's lane 0, b's lane 0, a's lane 1, b's lane 1 (4 words each).
-    static void evenOdd(I a, I b, I& even, I& odd) {
-        const I low = _mm256_set1_epi32(0xFFFF);
-        even = _mm256_packus_epi32(_mm256_and_si256(a, low), _mm256_and_si256(b, low));
-        odd = _mm256_packus_epi32(_mm256_srli_epi32(a, 16), _mm256_srli_epi32(b, 16));
-    }
-    // R << 8, G << 8 and B << 8 of the pixels of a and b as words, in the
-    // order of evenOdd: one byte shuffle puts each lane's four R bytes and four
-    // G bytes into the high bytes of its words, another its B bytes, and
-    // 64-bit unpacks join a's and b's halves.
+    // R << 8, G << 8 and B << 8 of the pixels of a and b as words, each vector
+    // holding a's lane 0, b's lane 0, a's lane 1, b's lane 1 (4 words each):
+    // one byte shuffle puts each lane's four R bytes and four G bytes into the
+    // high bytes of its words, another its B bytes, and 64-bit unpacks join
+    // a's and b's halves.
     static void channelWords(I a, I b, I& r, I& g, I& bl) {
         alignas(16) static constexpr auto masks = [] {
             std::array<int8_t, 32> m{};
@@ -55,7 +48,7 @@ struct Avx2 {
         r = _mm256_unpacklo_epi64(rgA, rgB), g = _mm256_unpackhi_epi64(rgA, rgB);
         bl = _mm256_unpacklo_epi64(_mm256_shuffle_epi8(a, mB), _mm256_shuffle_epi8(b, mB));
     }
-    // Bytes of two evenOdd orders packed together back to pixel order.
+    // Bytes of two channelWords orders packed together back to pixel order.
     static I fixPackWords(I x) { return _mm256_permutevar8x32_epi32(x, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7)); }
     // 64-bit halves of a two-source pack back to source order.
     static I fixPack64(I x) { return _mm256_permute4x64_epi64(x, 0xD8); }

@@ -17,6 +17,7 @@
 #pragma once
 
 #include "colorimetric/hsv_hls_ycc.hpp"
+#include "frame/float3_simd.hpp"
 
 #include <immintrin.h>
 
@@ -32,8 +33,6 @@
     static F sub(F a, F b) { return P##_sub_ps(a, b); }                                           \
     static F mul(F a, F b) { return P##_mul_ps(a, b); }                                           \
     static F div(F a, F b) { return P##_div_ps(a, b); }                                           \
-    static F fma(F a, F b, F c) { return P##_fmadd_ps(a, b, c); }                                 \
-    static F fnma(F a, F b, F c) { return P##_fnmadd_ps(a, b, c); }                               \
     /* std::max(a, b) is a unless a < b; the instruction gives its second operand */              \
     /* unless the first is greater (equal zeros and NaN alike). */                                \
     static F maxOf(F a, F b) { return P##_max_ps(b, a); }                                         \
@@ -245,9 +244,8 @@ template <class V>
     for (int k = 0; k < 3; ++k) V::storeChunks(d + 16 * k, chunkOf<V>(k, H, S, Vb));
 }
 
-// 8u RGB to HLS on the values x = code / 255 (the IEEE quotient, formed as
-// the product with 1/255 corrected by its exact remainder: the same float for
-// every code 0..255). The largest code and the two channels of the hue
+// 8u RGB to HLS on the values x = code / 255 (the IEEE quotient, by
+// frame/float3_simd.hpp's per255). The largest code and the two channels of the hue
 // formula found on the bytes: red (G - B, no offset) when R is the largest,
 // else green (B - R, 120) when G is, else blue (R - G, 240); the least value
 // is the smaller of those two. Red's offset is added as +0, which changes
@@ -256,8 +254,7 @@ template <class V>
 // are rounded by the conversions.
 template <class V>
 typename V::F unitOf(typename V::I bytes, int q) {
-    const typename V::F x = widen<V>(bytes, q), k = V::set1(255.0f), r = V::set1(1.0f / 255.0f), p = V::mul(x, r);
-    return V::fma(V::fnma(p, k, x), r, p);
+    return vec3::per255(widen<V>(bytes, q));
 }
 template <class V>
 [[gnu::always_inline]] inline void blockToHls8(const uint8_t* src, uint8_t* d) {
