@@ -142,8 +142,8 @@ struct Out {
 constexpr Len kChunk = 64;
 
 // The channel pointers of a K-element side moved to pixel i.
-template <int K>
-void advance(uint8_t* const* d, Len i, uint8_t** o) {
+template <int K, class P>
+void advance(P* const* d, Len i, P** o) {
     for (int c = 0; c < 4; ++c) o[c] = K == 1 ? (d[c] ? d[c] + i : nullptr) : c == 0 ? d[0] + i * K : nullptr;
 }
 
@@ -272,7 +272,7 @@ void decode444(const uint8_t* const* s, uint8_t* const* d, Len n, uint8_t alpha)
     const Len done = vectors444<false, SK, DK, F>(s, d, n, alpha);
     const uint8_t* in[4];
     uint8_t* out[4];
-    for (int c = 0; c < 4; ++c) in[c] = SK == 1 ? (s[c] ? s[c] + done : nullptr) : c == 0 ? s[0] + SK * done : nullptr;
+    advance<SK>(s, done, in);
     advance<DK>(d, done, out);
     decodePixels<SK, SB != 0, DK, false, F, true>(in, out, n - done, alpha);
 }
